@@ -1,0 +1,7 @@
+#include "zrcommon/logging.h"
+
+unsigned int g_dwCurrentTraceLevel__ = 3;
+const char* g_szLogFileName__ = "/zrcommon.log";
+const char* g_szAppName__ = "zrcommon";
+char g_szLogPath[1024];
+char szErrMsg[2048];

@@ -1,0 +1,35 @@
+#include <dlfcn.h>
+
+#include <cstdio>
+
+#include "zrcommon/logging.h"
+#include "zrcommon/system.h"
+
+namespace {
+
+constexpr char kModuleLog[] = "/zrcommon.log";
+
+}  // namespace
+
+void* ZRLoadLibrary(const char* name) {
+  if (!name) {
+    WriteToLog(kModuleLog, "ZRLoadLibrary: Invalid parameters");
+    return nullptr;
+  }
+  // The loader looks bare names up on the search path of the object that calls it, which has to
+  // be this library.
+  void* const module = ::dlopen(name, RTLD_NOW);
+  if (!module) {
+    std::snprintf(szErrMsg, sizeof szErrMsg, "In ZRLoadLibrary(): dlopen Error!!!%s", ::dlerror());
+    WriteToLog(kModuleLog, szErrMsg);
+  }
+  return module;
+}
+
+void* ZRGetProcAddress(void* module, const char* name) {
+  return module && name ? ::dlsym(module, name) : nullptr;
+}
+
+void ZRFreeLibrary(void* module) {
+  if (module) ::dlclose(module);
+}

@@ -1,0 +1,21 @@
+#ifndef ZRCOMMON_TOOLS_COMMANDS_H
+#define ZRCOMMON_TOOLS_COMMANDS_H
+
+#include <CLI/CLI.hpp>
+#include <stdexcept>
+#include <string>
+
+/// The library said no: main() prints the reason to standard error and exits with 1. Bad usage is
+/// CLI11's to find and exits with 2; results go to standard output.
+class Refusal : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// One function a family; each adds its commands, whose callbacks do the work.
+void addDoctorCommand(CLI::App& app);
+void addFetchCommand(CLI::App& app);
+void addLogCommand(CLI::App& app);
+void addOptionsCommands(CLI::App& app);
+
+#endif  // ZRCOMMON_TOOLS_COMMANDS_H

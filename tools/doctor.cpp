@@ -1,0 +1,113 @@
+#include <dlfcn.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <functional>
+#include <iostream>
+
+#include "base/install_path.h"
+#include "tools/commands.h"
+
+namespace {
+
+// Prints one line a check and remembers whether anything needs mending.
+class Report {
+ public:
+  void good(const std::string& line) { std::cout << "ok       " << line << '\n'; }
+  void note(const std::string& line) { std::cout << "note     " << line << '\n'; }
+  void bad(const std::string& line) {
+    std::cout << "PROBLEM  " << line << '\n';
+    ++problems_;
+  }
+  int problems() const { return problems_; }
+
+ private:
+  int problems_ = 0;
+};
+
+std::string installed(const std::string& name) {
+  return kInstallDirectory + name;
+}
+
+std::string systemReason() {
+  return std::strerror(errno);
+}
+
+void checkDirectory(Report& report) {
+  struct stat status = {};
+  if (::stat(kInstallDirectory, &status) != 0)
+    report.bad(std::string("installation directory ") + kInstallDirectory + ": " + systemReason());
+  else if (!S_ISDIR(status.st_mode))
+    report.bad(std::string("installation directory ") + kInstallDirectory + ": not a directory");
+  else
+    report.good(std::string("installation directory ") + kInstallDirectory);
+}
+
+void checkEntryPoints(Report& report, void* module) {
+  for (const char* name :
+       {"GetHeader", "InetOpenFile", "InetReadFile", "InetCloseFile", "IsInternetFilePresent"}) {
+    if (::dlsym(module, name))
+      report.good(std::string("libinet.so entry point ") + name);
+    else
+      report.bad(std::string("libinet.so entry point ") + name +
+                 ": missing, so nothing is fetched");
+  }
+}
+
+// With the loader's own call: ZRLoadLibrary would write a failure to the product's log.
+void checkInternetLibrary(Report& report) {
+  const std::string path = installed("libinet.so");
+  void* const module = ::dlopen(path.c_str(), RTLD_NOW);
+  if (!module) return report.bad("internet library: " + std::string(::dlerror()));
+  report.good("internet library " + path + " loads");
+  checkEntryPoints(report, module);
+  ::dlclose(module);
+}
+
+struct ProductFile {
+  const char* name;
+  const char* purpose;
+  const char* whenMissing;
+  const char* rightSize;
+  std::function<bool(off_t)> hasRightSize;
+};
+
+void checkFile(Report& report, const ProductFile& file) {
+  const std::string path = installed(file.name);
+  const std::string line = std::string(file.purpose) + " " + path;
+  struct stat status = {};
+  if (::stat(path.c_str(), &status) != 0)
+    return errno == ENOENT ? report.note(line + ": missing; " + file.whenMissing)
+                           : report.bad(line + ": " + systemReason());
+  if (!S_ISREG(status.st_mode)) return report.bad(line + ": not a regular file");
+  if (::access(path.c_str(), R_OK) != 0) return report.bad(line + ": " + systemReason());
+  if (!file.hasRightSize(status.st_size))
+    return report.bad(line + ": " + std::to_string(status.st_size) + " bytes instead of " +
+                      file.rightSize);
+  report.good(line);
+}
+
+void examine() {
+  const ProductFile files[] = {
+      {"zrinet.opt", "internet settings", "all settings count as zero", "at least 788",
+       [](off_t size) { return size >= 788; }},
+      {"infoeml.dat", "server directory", "no server address is known", "a multiple of 524",
+       [](off_t size) { return size > 0 && size % 524 == 0; }},
+      {"zrfeature.dat", "feature record", "no feature is set", "at least 11",
+       [](off_t size) { return size >= 11; }},
+  };
+  Report report;
+  checkDirectory(report);
+  checkInternetLibrary(report);
+  for (const ProductFile& file : files) checkFile(report, file);
+  if (report.problems())
+    throw Refusal("checks that found a problem: " + std::to_string(report.problems()));
+}
+
+}  // namespace
+
+void addDoctorCommand(CLI::App& app) {
+  app.add_subcommand("doctor", "Check the installation, one line a check")->callback(examine);
+}
