@@ -12,6 +12,14 @@ class Refusal : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// Makes it bad usage to name no subcommand. (CLI11's own way would say so to a mistyped one too,
+/// instead of naming the word it does not know.)
+inline void requireAction(CLI::App* family) {
+  family->callback([family] {
+    if (family->get_subcommands().empty()) throw CLI::RequiredError::Subcommand(1);
+  });
+}
+
 // One function a family; each adds its commands, whose callbacks do the work.
 void addDoctorCommand(CLI::App& app);
 void addFetchCommand(CLI::App& app);

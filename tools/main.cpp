@@ -35,7 +35,7 @@ int main(int argc, char** argv) {
       "The services of libzrcommon on the command line.\n"
       "Exit status: 0 done, 1 the library said no, 2 bad usage.",
       "zrtool");
-  app.require_subcommand(1);
+  requireAction(&app);
   addCommands(app);
   return runCommand(app, argc, argv);
 }

@@ -57,7 +57,7 @@ void addAction(CLI::App* family, const char* name, const char* help,
 
 void addOptionsCommands(CLI::App& app) {
   auto* family = app.add_subcommand("options", "The internet settings file, as hexadecimal bytes");
-  family->require_subcommand(1);
+  requireAction(family);
   addAction(family, "show", "Print the 788 bytes", show);
   addAction(family, "save", "Write the 788 bytes given on standard input", save);
 }

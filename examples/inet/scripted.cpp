@@ -1,0 +1,114 @@
+// libinet.so that answers from a script, for what a real server can't be made to do.
+//
+// INET_SCRIPT names the script, one answer a line:
+//   open N         what InetOpenFile returns (1)
+//   header N       what GetHeader returns (0)
+//   read N [TEXT]  what the next InetReadFile returns; the buffer is filled with TEXT over and
+//   over,
+//                  as far as both N and the size asked for go. In TEXT \r \n \0 \\ stand for those
+//                  bytes. After the last line every read returns 0.
+//   present N      what the next IsInternetFilePresent returns (0); the last one repeats
+// INET_RECORD names a file that gets one line for every call, and for loading and unloading.
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "examples/inet/inet.h"
+
+namespace {
+
+std::string setting(const char* name) {
+  const char* value = std::getenv(name);
+  return value ? value : "";
+}
+
+void record(const std::string& line) {
+  std::ofstream(setting("INET_RECORD"), std::ios::app) << line << '\n';
+}
+
+std::string unescaped(const std::string& text) {
+  std::string bytes;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '\\' || i + 1 == text.size()) {
+      bytes.push_back(text[i]);
+      continue;
+    }
+    const char mark = text[++i];
+    bytes.push_back(mark == 'r' ? '\r' : mark == 'n' ? '\n' : mark == '0' ? '\0' : mark);
+  }
+  return bytes;
+}
+
+struct Piece {
+  int count;
+  std::string text;
+};
+
+struct Script {
+  int open = 1;
+  int header = 0;
+  std::vector<Piece> reads;
+  std::vector<int> presences;
+  std::size_t nextRead = 0;
+  std::size_t nextPresence = 0;
+
+  Script() {
+    record("load");
+    std::ifstream file(setting("INET_SCRIPT"));
+    for (std::string line; std::getline(file, line);) take(line);
+  }
+  ~Script() { record("unload"); }
+
+  void take(const std::string& line) {
+    std::istringstream words(line);
+    std::string what;
+    int number = 0;
+    std::string text;
+    words >> what >> number;
+    words.get();
+    std::getline(words, text);
+    if (what == "open") open = number;
+    if (what == "header") header = number;
+    if (what == "read") reads.push_back({number, unescaped(text.empty() ? "x" : text)});
+    if (what == "present") presences.push_back(number);
+  }
+};
+Script script;
+
+}  // namespace
+
+int GetHeader(const char*, unsigned int dataSize, char*, std::size_t*) {
+  record("header " + std::to_string(dataSize));
+  return script.header;
+}
+
+int InetOpenFile(const char* url, tagZRINETCONFIG*, void** handle) {
+  record(std::string("open ") + url);
+  *handle = &script;
+  return script.open;
+}
+
+int InetReadFile(void**, char* buffer, unsigned int size) {
+  record("read " + std::to_string(size));
+  if (script.nextRead == script.reads.size()) return 0;
+  const Piece& piece = script.reads[script.nextRead++];
+  const auto filled = static_cast<unsigned int>(std::max(piece.count, 0));
+  for (unsigned int i = 0; i < std::min(filled, size); ++i)
+    buffer[i] = piece.text[i % piece.text.size()];
+  return piece.count;
+}
+
+int InetCloseFile(void**) {
+  record("close");
+  return 1;
+}
+
+int IsInternetFilePresent(const char* url, tagZRINETCONFIG*) {
+  record(std::string("present ") + url);
+  if (script.presences.empty()) return 0;
+  const std::size_t last = script.presences.size() - 1;
+  return script.presences[std::min(script.nextPresence++, last)];
+}
