@@ -7,6 +7,7 @@
 #include <string>
 
 #include "bench/contest.h"
+#include "bench/empty.h"
 
 namespace {
 
@@ -47,12 +48,6 @@ void barePlainWrite(const char* path) {
   mustWrite(fd, "\n", 1);
   ::close(fd);
   benchmark::DoNotOptimize(::chmod(path, 0666));
-}
-
-[[gnu::noinline]] void emptyCall(CZRLogger* logger, unsigned int level, const char* format) {
-  benchmark::DoNotOptimize(logger);
-  benchmark::DoNotOptimize(level);
-  benchmark::DoNotOptimize(format);
 }
 
 }  // namespace

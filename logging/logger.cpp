@@ -19,6 +19,13 @@ bool isFiltered(unsigned int levelMask) {
   return (levelMask & g_dwCurrentTraceLevel__) == 0;
 }
 
+// Out of line, so that a filtered message pays for no buffer.
+[[gnu::noinline]] void writeFormatted(CZRLogger& logger, const char* format, va_list arguments) {
+  char message[kMessageBytes];
+  std::vsnprintf(message, sizeof message, format, arguments);
+  logger.WriteToFile(message);
+}
+
 }  // namespace
 
 CZRLogger::CZRLogger(const char* logFile, const char* appName, const char* component) {
@@ -37,12 +44,10 @@ void CZRLogger::SetLogVariables(const char* logFile, const char* appName, const 
 
 void CZRLogger::WriteToLog(unsigned int levelMask, const char* format, ...) {
   if (!format || isFiltered(levelMask)) return;
-  char message[kMessageBytes];
   va_list arguments;
   va_start(arguments, format);
-  std::vsnprintf(message, sizeof message, format, arguments);
+  writeFormatted(*this, format, arguments);
   va_end(arguments);
-  WriteToFile(message);
 }
 
 void CZRLogger::WriteToLog(unsigned int levelMask, unsigned int bufferSize, const char* format,

@@ -28,7 +28,8 @@ std::string bytesOf(const tagInetSettings& settings) {
 
 TEST(InetOptions, SavedIntoNewAndExistingFiles) {
   tagInetSettings settings = filledWith(200);
-  for (const std::string before : {"", "short", std::string(1000, 'o').c_str()}) {
+  for (const std::string& before :
+       {std::string(), std::string("short"), std::string(1000, 'o')}) {
     ScratchDirectory files;
     const std::string path = files / "opt";
     if (!before.empty()) putFile(path, before, 0600);
@@ -91,6 +92,19 @@ TEST(InetOptions, AFileOfAnotherUserIsUnreadable) {
   });
   EXPECT_EQ(31, outcome.status);
   EXPECT_EQ(0U, modeOf(files / "opt"));
+}
+
+// What cannot be opened for both ways is created anew, and so emptied first.
+TEST(InetOptions, AWriteOnlyFileIsCreatedAnew) {
+  ScratchDirectory files;
+  putFile(files / "opt", std::string(1000, 'x'), 0200);
+  const Outcome outcome = runForked([&] {
+    dropPrivileges();
+    tagInetSettings settings = filledWith(5);
+    return static_cast<int>(SaveInetOptions((files / "opt").c_str(), &settings));
+  });
+  EXPECT_EQ(1, outcome.status);
+  EXPECT_EQ(bytesOf(filledWith(5)), getFile(files / "opt"));
 }
 
 TEST(InetOptions, AFullDiskLosesTheFile) {

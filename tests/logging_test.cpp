@@ -110,6 +110,8 @@ TEST_F(Logger, ShortWriteLeavesTheLineOpen) {
   errno = 0;
   logger_.WriteToLog(1, 8000, "%s", std::string(5000, 'm').c_str());
   EXPECT_EQ("COMP " + std::string(4091, 'm'), getFile(path));
+  EXPECT_EQ("access open lseek write write write close",
+            systemCallsOf([this] { logger_.WriteToFile("x"); }));
   logger_.SetLogVariables("/dev/full", nullptr, "COMP");
   logger_.WriteToFile("x");
   EXPECT_EQ(static_cast<unsigned int>(ENOSPC), GetLastError());

@@ -1,0 +1,3 @@
+#include "bench/empty.h"
+
+void emptyCall(void*, unsigned int, const char*, ...) {}
