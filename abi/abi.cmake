@@ -1,3 +1,5 @@
+target_sources(zrcommon PRIVATE abi/dlopen_note.cpp)
+
 # The library's own calls are bound inside it, so that a host with a Trim or CopyFile of its own
 # changes nothing, while the exported variables stay shared with the host.
 target_compile_options(zrcommon PRIVATE -fno-semantic-interposition)

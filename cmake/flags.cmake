@@ -5,7 +5,7 @@ target_compile_options(zrcommon_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow
   $<$<BOOL:${ZRCOMMON_WERROR}>:-Werror>
   -fstack-protector-strong -fstack-clash-protection -fcf-protection
-  -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
+  -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${PROJECT_BINARY_DIR}=/build)
 target_link_options(zrcommon_flags INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack,--as-needed)
 
 if(ZRCOMMON_SANITIZE)

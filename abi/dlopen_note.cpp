@@ -1,0 +1,34 @@
+#include <cstddef>
+#include <cstdint>
+
+// Tells packaging tools what the object opens at run time, which its dynamic section does not show:
+// a note whose description is JSON, in the form that Linux distributions agreed on.
+
+namespace {
+
+constexpr std::size_t kPadded = 4;
+
+constexpr char kOwner[kPadded] = "FDO";
+constexpr char kDescription[] =
+    R"([{"feature":"internet","description":"Fetches and checks through the internet library",)"
+    R"("priority":"recommended","soname":["libinet.so"]}])";
+
+struct DlopenNote {
+  std::uint32_t ownerBytes = sizeof kOwner;
+  std::uint32_t descriptionBytes = sizeof kDescription;
+  std::uint32_t type = 0x407c0c0a;
+  char owner[sizeof kOwner] = {};
+  char description[(sizeof kDescription + kPadded - 1) / kPadded * kPadded] = {};
+};
+
+constexpr DlopenNote makeNote() {
+  DlopenNote note;
+  for (std::size_t i = 0; i < sizeof kOwner; ++i) note.owner[i] = kOwner[i];
+  for (std::size_t i = 0; i < sizeof kDescription; ++i) note.description[i] = kDescription[i];
+  return note;
+}
+
+[[gnu::used, gnu::section(".note.dlopen"), gnu::aligned(kPadded)]] constexpr DlopenNote kNote =
+    makeNote();
+
+}  // namespace

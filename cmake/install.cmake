@@ -1,0 +1,23 @@
+# cmake --install: the library (component library), what compiling against it needs (development),
+# and zrtool (tool).
+include(CMakePackageConfigHelpers)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/zrcommon)
+install(TARGETS zrcommon EXPORT zrcommonTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development)
+install(FILES packaging/zrcommon.logrotate DESTINATION ${CMAKE_INSTALL_FULL_SYSCONFDIR}/logrotate.d
+  RENAME zrcommon COMPONENT library)
+
+install(DIRECTORY include/zrcommon DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+install(EXPORT zrcommonTargets NAMESPACE zrcommon:: DESTINATION ${package_dir} COMPONENT development)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/zrcommonConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES packaging/zrcommonConfig.cmake ${PROJECT_BINARY_DIR}/zrcommonConfigVersion.cmake
+  DESTINATION ${package_dir} COMPONENT development)
+configure_file(packaging/zrcommon.pc.in zrcommon.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/zrcommon.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+  COMPONENT development)
+
+if(ZRCOMMON_BUILD_TOOLS)
+  install(TARGETS zrtool DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+endif()
