@@ -1,0 +1,20 @@
+#include <zrcommon/profile.h>
+
+#include <cstdio>
+
+int main() {
+  if (std::FILE* file = std::fopen("update.ini", "w")) {
+    std::fputs("[Update]\nHost = update.example.com\n", file);
+    std::fclose(file);
+  }
+  unsigned int error = 0;
+  char host[256] = {};  // zeroed: the last byte is never written
+  if (GetPrivateProfileString("update", "host", "localhost", host, sizeof host, "update.ini",
+                              &error) != 0)
+    std::printf("no host, code %u\n", error);
+  const int port = GetPrivateProfileInt("update", "port", 80, "update.ini", &error);
+  std::printf("%s:%d (code %u: the port is not there, so it is the default)\n", host, port, error);
+
+  if (WritePrivateProfileString("update", "Port", "8080", "update.ini", &error) != 0) return 1;
+  return GetPrivateProfileInt("update", "port", 80, "update.ini", &error) == 8080 ? 0 : 1;
+}

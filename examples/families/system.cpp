@@ -1,0 +1,20 @@
+#include <zrcommon/system.h>
+
+#include <cstdio>
+
+int main() {
+  char directory[260] = {};
+  if (!GetModulePath(directory)) return 1;
+  tagSYSTEMTIME now = {};
+  if (!GetLocalTime(&now)) return 1;
+  std::printf("in %s, %u-%02u-%02u\n", directory, now.wYear, now.wMonth, now.wDay);
+
+  char name[64] = {};
+  if (!GetUniqueFileName("/tmp", "upd", nullptr, name)) return 1;
+  std::printf("%s is free\n", name);
+
+  if (!ZRLoadLibrary("/no/such/module.so")) std::printf("why: see /zrcommon.log\n");
+  unsigned int error = 0;
+  if (!HandleService("no-such-service", 4, &error)) std::printf("code %u\n", error);
+  return error == 120 ? 0 : 1;
+}
