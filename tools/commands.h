@@ -13,8 +13,11 @@ class Refusal : public std::runtime_error {
 };
 
 // One function a family; each adds its commands, whose callbacks do the work.
+void addCheckCommand(CLI::App& app);
+void addDirectoryCommands(CLI::App& app);
 void addDoctorCommand(CLI::App& app);
 void addFetchCommand(CLI::App& app);
+void addInterfacesCommand(CLI::App& app);
 void addLogCommand(CLI::App& app);
 void addOptionsCommands(CLI::App& app);
 
