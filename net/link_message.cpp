@@ -64,25 +64,36 @@ void setAddress(Interface& interface, const Address& address) {
   out[-1] = '\0';
 }
 
-void takeAttribute(Interface& interface, const MessageBytes& message, const rtattr& attribute,
-                   std::size_t payload) {
-  if (attribute.rta_type == IFLA_IFNAME)
-    setText(interface.name, message.at(payload), attribute.rta_len - sizeof attribute);
+void takeAttribute(Interface& interface, const MessageBytes& message, unsigned int type,
+                   std::size_t payload, std::size_t payloadBytes) {
+  if (type == IFLA_IFNAME) setText(interface.name, message.at(payload), payloadBytes);
   // Kept: six bytes from where the address starts, whatever its length; a four-byte tunnel address
   // shows two bytes of what follows it (test LinkMessage.AddressIsAlwaysSixBytes)
-  if (attribute.rta_type == IFLA_ADDRESS) setAddress(interface, message.get<Address>(payload));
+  if (type == IFLA_ADDRESS) setAddress(interface, message.get<Address>(payload));
 }
 
 void fill(Interface& interface, const MessageBytes& message) {
   std::size_t offset = kAttributesOffset;
   while (offset + sizeof(rtattr) <= message.size()) {
-    const auto attribute = message.get<rtattr>(offset);
-    if (attribute.rta_len < sizeof attribute || attribute.rta_len > message.size() - offset) break;
-    takeAttribute(interface, message, attribute, offset + sizeof attribute);
-    offset += RTA_ALIGN(std::size_t{attribute.rta_len});
+    const std::size_t length =
+        message.get<decltype(rtattr::rta_len)>(offset + offsetof(rtattr, rta_len));
+    if (length < sizeof(rtattr) || length > message.size() - offset) break;
+    const auto type = message.get<decltype(rtattr::rta_type)>(offset + offsetof(rtattr, rta_type));
+    takeAttribute(interface, message, type, offset + sizeof(rtattr), length - sizeof(rtattr));
+    offset += RTA_ALIGN(length);
   }
   const auto link = message.get<ifinfomsg>(sizeof(nlmsghdr));
   interface.running = (link.ifi_flags & IFF_RUNNING) != 0;
+}
+
+// Room is made far ahead of a large machine's links: moving records costs more than room not yet
+// used, which is address space and nothing else.
+void makeRoom(std::vector<Interface>& interfaces) {
+  constexpr std::size_t kFew = 16;
+  constexpr std::size_t kMany = 1024;
+  const std::size_t size = interfaces.size();
+  if (size == interfaces.capacity())
+    interfaces.reserve(size < kFew ? kFew : std::max(2 * size, kMany));
 }
 
 }  // namespace
@@ -90,6 +101,7 @@ void fill(Interface& interface, const MessageBytes& message) {
 int rtnl_print_link(nlmsghdr* message, std::vector<tagZR_ETHERNET_INTERFACES_INFO>& interfaces) {
   if (!message) return 1;
   try {
+    makeRoom(interfaces);
     interfaces.emplace_back();
   } catch (const std::exception&) {
     return 1;
