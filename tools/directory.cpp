@@ -12,7 +12,7 @@
 
 namespace {
 
-const std::string kInstalledFile = std::string(kInstallDirectory) + kDirectoryFileName;
+constexpr InstallPath kInstalledFile(kDirectoryFileName);
 
 // A line of the text form: number, name and value with a tab after each of the first two.
 class TextLine {
@@ -114,7 +114,7 @@ void get(const GetArguments& arguments) {
   char value[kDirectoryTextBytes + 1] = {};
   if (!GetValueFromInfoEml(arguments.number, arguments.name.c_str(), value, sizeof value))
     throw Refusal("there is no entry " + std::to_string(arguments.number) + " named \"" +
-                  arguments.name + "\" in " + kInstalledFile +
+                  arguments.name + "\" in " + kInstalledFile.get() +
                   (arguments.number ? "" : ": number 0 is never found"));
   std::cout << value << '\n';
 }
@@ -127,7 +127,7 @@ void addDirectoryCommands(CLI::App& app) {
 
   auto* listing =
       family->add_subcommand("list", "Print it as lines: number, tab, name, tab, value");
-  auto listed = std::make_shared<std::string>(kInstalledFile);
+  auto listed = std::make_shared<std::string>(kInstalledFile.get());
   listing->add_option("FILE", *listed, "Directory file")->capture_default_str();
   listing->callback([listed] { list(*listed); });
 

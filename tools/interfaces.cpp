@@ -47,7 +47,7 @@ std::string quoted(const std::string& text) {
     const auto byte = static_cast<unsigned char>(each);
     char escape[8] = {each};
     if (byte < 0x20 || byte > 0x7E || each == '"' || each == '\\')
-      std::snprintf(escape, sizeof escape, "\\u%04x", unsigned{byte});
+      (void)std::snprintf(escape, sizeof escape, "\\u%04x", unsigned{byte});
     json += escape;
   }
   return json + '"';

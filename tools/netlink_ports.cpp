@@ -45,7 +45,10 @@ std::string holdingSocket(const std::string& process) {
   std::istringstream sockets(contentOf("/proc/" + process + "/net/netlink"));
   for (std::string line; std::getline(sockets, line);) {
     std::istringstream columns(line);
-    std::string ignored, protocol, port, inode;
+    std::string ignored;
+    std::string protocol;
+    std::string port;
+    std::string inode;
     columns >> ignored >> protocol >> port;
     if (protocol != kRouteProtocol || port != process) continue;
     while (columns >> ignored) inode = ignored;
@@ -58,9 +61,9 @@ std::string holdingSocket(const std::string& process) {
 std::string descriptorOf(const std::string& process, const std::string& socket) {
   const std::string directory = "/proc/" + process + "/fd";
   std::error_code problem;
+  const std::string target = "socket:[" + socket + "]";
   for (const std::string& descriptor : entriesOf(directory))
-    if (fs::read_symlink(directory + "/" + descriptor, problem) == "socket:[" + socket + "]")
-      return descriptor;
+    if (fs::read_symlink(fs::path(directory) / descriptor, problem) == target) return descriptor;
   return "";
 }
 
