@@ -1,7 +1,10 @@
 #include "bench/contest.h"
+#include "support/sandbox.h"
 
 int main(int argc, char** argv) {
+  enterSandbox();
   enterLoggingRows();
+  enterNetworkRows();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();

@@ -28,8 +28,7 @@ std::string bytesOf(const tagInetSettings& settings) {
 
 TEST(InetOptions, SavedIntoNewAndExistingFiles) {
   tagInetSettings settings = filledWith(200);
-  for (const std::string& before :
-       {std::string(), std::string("short"), std::string(1000, 'o')}) {
+  for (const std::string& before : {std::string(), std::string("short"), std::string(1000, 'o')}) {
     ScratchDirectory files;
     const std::string path = files / "opt";
     if (!before.empty()) putFile(path, before, 0600);

@@ -21,8 +21,11 @@ inline void requireAction(CLI::App* family) {
 }
 
 // One function a family; each adds its commands, whose callbacks do the work.
+void addCheckCommand(CLI::App& app);
+void addDirectoryCommands(CLI::App& app);
 void addDoctorCommand(CLI::App& app);
 void addFetchCommand(CLI::App& app);
+void addInterfacesCommand(CLI::App& app);
 void addLogCommand(CLI::App& app);
 void addOptionsCommands(CLI::App& app);
 

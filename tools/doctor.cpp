@@ -9,6 +9,7 @@
 
 #include "base/install_path.h"
 #include "tools/commands.h"
+#include "tools/netlink_ports.h"
 
 namespace {
 
@@ -89,7 +90,17 @@ void checkFile(Report& report, const ProductFile& file) {
   report.good(line);
 }
 
-void examine() {
+void checkNetlinkPorts(Report& report, const std::vector<std::string>& processes) {
+  const NetlinkPorts ports = findTakenNetlinkPorts(processes);
+  for (const auto& taken : ports.taken)
+    report.bad("netlink port of " + taken.process + ": held by " + taken.holder +
+               ", so listing interfaces there fails with 101");
+  if (ports.taken.empty())
+    report.good("netlink ports of processes that list interfaces: free, looked at " +
+                std::to_string(ports.processesLookedAt));
+}
+
+void examine(const std::vector<std::string>& processes) {
   const ProductFile files[] = {
       {"zrinet.opt", "internet settings", "all settings count as zero", "at least 788",
        [](off_t size) { return size >= 788; }},
@@ -102,6 +113,7 @@ void examine() {
   checkDirectory(report);
   checkInternetLibrary(report);
   for (const ProductFile& file : files) checkFile(report, file);
+  checkNetlinkPorts(report, processes);
   if (report.problems())
     throw Refusal("checks that found a problem: " + std::to_string(report.problems()));
 }
@@ -109,5 +121,13 @@ void examine() {
 }  // namespace
 
 void addDoctorCommand(CLI::App& app) {
-  app.add_subcommand("doctor", "Check the installation, one line a check")->callback(examine);
+  auto* command = app.add_subcommand("doctor", "Check the installation, one line a check");
+  auto processes = std::make_shared<std::vector<std::string>>();
+  command
+      ->add_option("--process", *processes,
+                   "Look at this process too for what keeps it from listing interfaces; those that "
+                   "have the library loaded are looked at anyway")
+      ->check(CLI::PositiveNumber)
+      ->type_name("PID");
+  command->callback([processes] { examine(*processes); });
 }

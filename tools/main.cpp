@@ -9,6 +9,9 @@ constexpr int kBadUsage = 2;
 
 void addCommands(CLI::App& app) {
   addFetchCommand(app);
+  addCheckCommand(app);
+  addInterfacesCommand(app);
+  addDirectoryCommands(app);
   addOptionsCommands(app);
   addLogCommand(app);
   addDoctorCommand(app);

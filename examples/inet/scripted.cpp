@@ -7,7 +7,8 @@
 //   over,
 //                  as far as both N and the size asked for go. In TEXT \r \n \0 \\ stand for those
 //                  bytes. After the last line every read returns 0.
-//   present N      what the next IsInternetFilePresent returns (0); the last one repeats
+//   present N [TEXT]  what IsInternetFilePresent returns for an address that holds TEXT (for every
+//                  address, if there is none); the first line that fits counts, and without one 0
 // INET_RECORD names a file that gets one line for every call, and for loading and unloading.
 #include <algorithm>
 #include <cstdlib>
@@ -42,18 +43,17 @@ std::string unescaped(const std::string& text) {
   return bytes;
 }
 
-struct Piece {
-  int count;
+struct Answer {
+  int number;
   std::string text;
 };
 
 struct Script {
   int open = 1;
   int header = 0;
-  std::vector<Piece> reads;
-  std::vector<int> presences;
+  std::vector<Answer> reads;
+  std::vector<Answer> presences;
   std::size_t nextRead = 0;
-  std::size_t nextPresence = 0;
 
   Script() {
     record("load");
@@ -73,7 +73,7 @@ struct Script {
     if (what == "open") open = number;
     if (what == "header") header = number;
     if (what == "read") reads.push_back({number, unescaped(text.empty() ? "x" : text)});
-    if (what == "present") presences.push_back(number);
+    if (what == "present") presences.push_back({number, text});
   }
 };
 Script script;
@@ -94,11 +94,11 @@ int InetOpenFile(const char* url, tagZRINETCONFIG*, void** handle) {
 int InetReadFile(void**, char* buffer, unsigned int size) {
   record("read " + std::to_string(size));
   if (script.nextRead == script.reads.size()) return 0;
-  const Piece& piece = script.reads[script.nextRead++];
-  const auto filled = static_cast<unsigned int>(std::max(piece.count, 0));
+  const Answer& piece = script.reads[script.nextRead++];
+  const auto filled = static_cast<unsigned int>(std::max(piece.number, 0));
   for (unsigned int i = 0; i < std::min(filled, size); ++i)
     buffer[i] = piece.text[i % piece.text.size()];
-  return piece.count;
+  return piece.number;
 }
 
 int InetCloseFile(void**) {
@@ -108,7 +108,7 @@ int InetCloseFile(void**) {
 
 int IsInternetFilePresent(const char* url, tagZRINETCONFIG*) {
   record(std::string("present ") + url);
-  if (script.presences.empty()) return 0;
-  const std::size_t last = script.presences.size() - 1;
-  return script.presences[std::min(script.nextPresence++, last)];
+  for (const Answer& answer : script.presences)
+    if (std::string(url).find(answer.text) != std::string::npos) return answer.number;
+  return 0;
 }

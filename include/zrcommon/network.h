@@ -1,12 +1,16 @@
 #ifndef ZRCOMMON_NETWORK_H
 #define ZRCOMMON_NETWORK_H
 
+#include <cstddef>
 #include <string>
+#include <type_traits>
+#include <vector>
 
 #include <zrcommon/export.h>
 
 /// @file
-/// The network: internet settings and the fetch of a web resource.
+/// The network: internet settings, the fetch of a web resource, the connectivity check, the server
+/// address directory, and the machine's interfaces and hardware addresses.
 ///
 /// Protocol and proxies are the business of the internet library, libinet.so, which is loaded from
 /// /usr/lib/Valdrix/Valdrix/ for each call and released before it returns. Nothing is kept between
@@ -23,8 +27,38 @@ struct tagZRINETCONFIG {
   unsigned char bytes[786];
 };
 
+/// One network interface.
+struct tagZR_ETHERNET_INTERFACES_INFO {
+  /// Terminated text; empty if the kernel named none.
+  char name[1024];
+  /// The hardware address, terminated text such as "00-1a-2b-3c-4d-5e"; empty if there is none.
+  char macAddress[1024];
+  /// 1 if the link is running (IFF_RUNNING), else 0.
+  unsigned char running;
+};
+
+/// Hardware addresses of the machine.
+struct tagZR_MACADDR_INFO {
+  /// Addresses filled, 0 to 3.
+  unsigned short count;
+  /// Terminated texts such as "00-1a-2b-3c-4d-5e", from the first entry on.
+  char addresses[3][1024];
+};
+
+/// A route netlink message as the kernel sends it (linux/netlink.h).
+struct nlmsghdr;
+
 static_assert(sizeof(tagInetSettings) == 788, "the options file is this record");
 static_assert(sizeof(tagZRINETCONFIG) == 786, "the internet library reads this record");
+static_assert(sizeof(tagZR_ETHERNET_INTERFACES_INFO) == 2049 &&
+                  offsetof(tagZR_ETHERNET_INTERFACES_INFO, macAddress) == 1024 &&
+                  offsetof(tagZR_ETHERNET_INTERFACES_INFO, running) == 2048,
+              "components read this record");
+static_assert(sizeof(tagZR_MACADDR_INFO) == 3074 && offsetof(tagZR_MACADDR_INFO, addresses) == 2,
+              "components read this record");
+static_assert(std::is_trivially_copyable<tagZR_ETHERNET_INTERFACES_INFO>::value &&
+                  std::is_trivially_copyable<tagZR_MACADDR_INFO>::value,
+              "copied as bytes");
 
 extern "C" {
 
@@ -77,6 +111,31 @@ ZRCOMMON_API unsigned int ZRSendDataAndGetResponse(const char* url, char* respon
                                                    unsigned int responseSize,
                                                    unsigned int* received, unsigned int* error);
 
+/// Tells whether the internet is reachable, by asking for two files in the directory whose address
+/// is entry 12, "Connection Check", of the server address directory: first "msg32.htm", then, only
+/// if that is not there, "msg32.bin". A "/" is added to the address if it does not end in one.
+///
+/// Each question is a ZRIsInternetConnectionOn() of its own, which loads and releases the internet
+/// library; a missing library counts as nothing reached, and so does a lack of memory.
+///
+/// @param error  0 if the first file was reached, or if there is no usable address: no entry, an
+///               empty one, or one that with its "/" is longer than 255 characters (nothing is
+///               asked then); 140 only the second file was reached; 105 neither was
+/// @return 1 the first file was reached; else 0, with code 140 too. 0 if @p error is null, and
+///         nothing is asked.
+ZRCOMMON_API unsigned int CheckInternetConnection(unsigned int* error);
+
+/// Gives the hardware addresses of the first three links, in the kernel's order, that have one and
+/// are not named "lo" (in either case). Links that are down and addresses of all zeros count.
+///
+/// Lists the links with GetEthernetInterfacesDetails(); its warnings hold here.
+///
+/// @param info   must not be null. The count is always set; of each address filled, the text and
+///               its terminator are written, and all else stays as it was.
+/// @param error  as GetEthernetInterfacesDetails() sets it
+/// @return 1 listed, even if no link counts; 0 with count 0 if the listing failed
+ZRCOMMON_API unsigned int GetFormattedMACAddress(tagZR_MACADDR_INFO* info, unsigned int* error);
+
 }  // extern "C"
 
 /// ZRSendDataAndGetResponse() without its length and error results.
@@ -84,5 +143,59 @@ ZRCOMMON_API unsigned int ZRSendDataAndGetResponse(const char* url, char* respon
 /// @return 1 on success, 0 on failure; also 0 if @p response is null or @p responseSize is 0
 ZRCOMMON_API unsigned int SendDataAndGetResponse(std::string url, char* response,
                                                  unsigned int responseSize);
+
+/// Asks the internet library whether the resource at @p url is there, with the settings of
+/// ZRGetInetConfig(). Of the library's entry points only IsInternetFilePresent need exist.
+///
+/// @return 1 if the internet library answers exactly 1. 0 for any other answer, and if libinet.so
+///         is missing, cannot be loaded (this is logged, see ZRLoadLibrary) or lacks the entry
+///         point
+ZRCOMMON_API unsigned int ZRIsInternetConnectionOn(std::string url);
+
+/// Looks up a text in the server address directory, /usr/lib/Valdrix/Valdrix/infoeml.dat.
+///
+/// The file is a sequence of 524-byte records: number (32 bits, little-endian), name and value (260
+/// bytes each, zero-terminated unless they fill the field), every byte stored with its two halves
+/// swapped. The first record with this number and name wins; a partial record at the end does not
+/// count. Records are read one by one, with one system call each.
+///
+/// @param entry      0: never found
+/// @param name       compared as strcasecmp does
+/// @param value      gets the value with zeros behind it, @p valueSize bytes in all. It is not
+///                   terminated if the value has @p valueSize characters or more, so pass a buffer
+///                   larger than any value you expect (values have at most 260 characters).
+///                   Untouched if nothing was found.
+/// @param valueSize  in bytes
+/// @return 1 found; 0 not found, no such file, or a null pointer or zero number among the arguments
+ZRCOMMON_API unsigned int GetValueFromInfoEml(unsigned int entry, const char* name, char* value,
+                                              unsigned int valueSize);
+
+/// Appends one record for each link of the machine to @p interfaces, in the kernel's order:
+/// loopback, tunnels and links that are down included.
+///
+/// Asks the kernel over a netlink route socket whose port is the process id. So it fails with code
+/// 101 while anything in the process holds a netlink socket with that port: another thread that
+/// lists links, or a netlink socket that was bound automatically, which takes the process id if it
+/// is free ("zrtool doctor" tells who holds it). And it may wait for ever: only the kernel's done
+/// message ends it, there is no time limit, and failed receives are repeated.
+///
+/// @param interfaces  what it holds already stays; a record for which there is no memory is left
+///                    out
+/// @param error       0, or 101: no socket could be opened or bound to the port
+/// @return 1 listed; 0 with code 101, or if @p error is null, with the network untouched
+ZRCOMMON_API unsigned int GetEthernetInterfacesDetails(
+    std::vector<tagZR_ETHERNET_INTERFACES_INFO>& interfaces, unsigned int* error);
+
+/// Appends a record for the link that an RTM_NEWLINK message describes.
+///
+/// Reads at most nlmsg_len bytes, whatever the lengths inside say; the walk through the attributes
+/// ends at the first that is damaged, and what the message does not hold is zero in the record. A
+/// hardware address is always the six bytes from where it starts. A name is cut at 1023 bytes.
+///
+/// @param message     of any type, which is not looked at; null: nothing is appended
+/// @param interfaces  nothing is appended if there is no memory
+/// @return always 1
+ZRCOMMON_API int rtnl_print_link(nlmsghdr* message,
+                                 std::vector<tagZR_ETHERNET_INTERFACES_INFO>& interfaces);
 
 #endif  // ZRCOMMON_NETWORK_H

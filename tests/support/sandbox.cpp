@@ -54,7 +54,7 @@ void enterNamespaces() {
   writeTo("/proc/self/gid_map", "0 " + group + " 1");
 }
 
-void bind(const std::string& from, const std::string& to, unsigned long flags) {
+void bindMount(const std::string& from, const std::string& to, unsigned long flags) {
   require(::mount(from.c_str(), to.c_str(), nullptr, MS_BIND | flags, nullptr) == 0,
           "binding " + from);
 }
@@ -95,7 +95,7 @@ void lendDevice(const std::string& path) {
   const int fd = ::open(inside.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
   require(fd >= 0, "making " + path);
   ::close(fd);
-  bind(kRoot + kHost + path, inside, 0);
+  bindMount(kRoot + kHost + path, inside, 0);
   struct statvfs status = {};
   require(::statvfs(inside.c_str(), &status) == 0, "looking at " + path);
   const unsigned long kept =
@@ -118,7 +118,7 @@ void buildRoot() {
   require(::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0, "making / private");
   require(::mount("tmpfs", kRoot.c_str(), "tmpfs", 0, "mode=755") == 0, "mounting a scratch root");
   makeDirectory(kHost);
-  bind("/", kRoot + kHost, MS_REC);
+  bindMount("/", kRoot + kHost, MS_REC);
   mirror("/", {"host", "scratch", "usr", "etc", "dev", "zrcommon.log"});
   makeDirectory("/usr");
   mirror("/usr/", {"lib"});
