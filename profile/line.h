@@ -15,11 +15,12 @@
 inline constexpr std::size_t kPieceLength = 1023;
 inline constexpr std::size_t kLineBytes = 1025;
 
-/// isspace() of the process's locale. In no locale is a visible ASCII character a blank, which
-/// spares most calls.
+/// isspace() of the process's locale, which can add to the six blanks of every locale but never
+/// counts a visible ASCII character as one.
 inline bool isBlank(char character) {
   const auto unit = static_cast<unsigned char>(character);
-  return (unit <= ' ' || unit > '~') && std::isspace(unit) != 0;
+  if (unit > ' ' && unit <= '~') return false;
+  return unit == ' ' || (unit >= '\t' && unit <= '\r') || std::isspace(unit) != 0;
 }
 
 inline std::string_view trimmedLeft(std::string_view text) {
@@ -40,6 +41,13 @@ inline std::string_view trimmed(std::string_view text) {
 inline std::size_t pieceLength(std::string_view bytes) {
   const auto lineFeed = bytes.substr(0, kPieceLength).find('\n');
   return lineFeed == bytes.npos ? std::min(bytes.size(), kPieceLength) : lineFeed + 1;
+}
+
+/// Where the last line of @p bytes begins.
+inline std::size_t lastLineStart(std::string_view bytes) {
+  const void* const lineFeed = ::memrchr(bytes.data(), '\n', bytes.size());
+  if (!lineFeed) return 0;
+  return static_cast<std::size_t>(static_cast<const char*>(lineFeed) + 1 - bytes.data());
 }
 
 /// The text of a piece: trimmed, and without what a zero byte hides.

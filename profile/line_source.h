@@ -37,9 +37,8 @@ class LineSource {
   void skip(std::size_t count) { begin_ += count; }
 
  private:
-  // Large enough that system calls count little, small enough for any thread's stack and for the
-  // processor's nearest cache.
-  static constexpr std::size_t kBlockBytes = 16384;
+  // Large enough that system calls count little, small enough for a thread's stack.
+  static constexpr std::size_t kBlockBytes = 32768;
 
   std::string_view buffered() const { return {block_ + begin_, end_ - begin_}; }
 
@@ -55,14 +54,11 @@ class LineSource {
   std::size_t wholeLength() const {
     const std::string_view bytes = buffered();
     if (hasEnded_) return bytes.size();
-    const void* const lineFeed = ::memrchr(bytes.data(), '\n', bytes.size());
-    const auto lines =
-        lineFeed ? static_cast<std::size_t>(static_cast<const char*>(lineFeed) + 1 - bytes.data())
-                 : 0;
+    const std::size_t lines = lastLineStart(bytes);
     return lines + (bytes.size() - lines) / kPieceLength * kPieceLength;
   }
 
-  // Called when less than a piece is at hand; false at the end.
+  // Called when less than a piece is at hand; false once nothing more can come.
   bool refill() {
     if (hasEnded_) return false;
     std::memmove(block_, block_ + begin_, end_ - begin_);

@@ -36,7 +36,7 @@ class OutputFile {
   }
 
  private:
-  static constexpr std::size_t kBlockBytes = 16384;
+  static constexpr std::size_t kBlockBytes = 8192;
 
   void flush() {
     write({block_, length_});

@@ -1,34 +1,11 @@
-#include <algorithm>
 #include <cstdlib>
 
 #include "profile/argument.h"
 #include "profile/error.h"
-#include "profile/line_source.h"
 #include "profile/pieces.h"
 #include "zrcommon/profile.h"
 
 namespace {
-
-// Moves to the next header; false at the end.
-bool seekHeader(LineSource& profile) {
-  for (auto pieces = profile.wholePieces(); !pieces.empty(); pieces = profile.wholePieces()) {
-    const std::size_t header = findHeader(pieces);
-    profile.skip(std::min(header, pieces.size()));
-    if (header != pieces.npos) return true;
-  }
-  return false;
-}
-
-// Takes everything up to the header of the section; false if there is none.
-bool enterSection(LineSource& profile, std::string_view section) {
-  std::string_view piece;
-  while (seekHeader(profile) && profile.next(piece)) {
-    // Kept: the first section of a name hides all others of that name
-    // (test ProfileReading.Entries)
-    if (namesSection(textOf(piece), section)) return true;
-  }
-  return false;
-}
 
 // Finds the entry in the section that was entered.
 bool findEntry(LineSource& profile, std::string_view key, std::string_view& entry) {
@@ -51,7 +28,8 @@ ProfileError readValue(const char* section, const char* key, const char* fileNam
   if (wantedKey.isEmpty()) return kEmptyKey;
   LineSource profile(fileName);
   if (!profile) return kCannotOpen;
-  if (!enterSection(profile, wantedSection.text())) return kNoSection;
+  const auto ignore = [](std::string_view) {};
+  if (!takeThroughHeader(profile, wantedSection.text(), ignore)) return kNoSection;
   std::string_view entry;
   if (!findEntry(profile, wantedKey.text(), entry)) return kNoKey;
   const auto found = valueOf(entry);
@@ -88,7 +66,7 @@ int GetPrivateProfileInt(const char* section, const char* key, int defaultValue,
   char value[kLineBytes];
   *error = readValue(section, key, fileName, value);
   // Kept: an empty value is an error here and a success for the string
-  // (test ProfileReading.Entries)
+  // (test ProfileReading.Numbers)
   if (*error == kNoError && !*value) *error = kNoValue;
   return *error == kNoError ? std::atoi(value) : defaultValue;
 }

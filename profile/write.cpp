@@ -3,7 +3,6 @@
 
 #include "profile/argument.h"
 #include "profile/error.h"
-#include "profile/line_source.h"
 #include "profile/output_file.h"
 #include "profile/pieces.h"
 #include "zrcommon/profile.h"
@@ -35,29 +34,42 @@ class TemporaryName {
   char text_[kBytes];
 };
 
-void appendHeader(OutputFile& copy, std::string_view section) {
-  copy.append("[");
-  copy.append(section);
-  copy.appendLine("]");
-}
-
 void appendEntry(OutputFile& copy, const Change& change) {
   copy.append(change.key);
   copy.append("=");
   copy.appendLine(change.value);
 }
 
-// Copies up to the header of the section; at the end of the file, makes one.
-// Kept: lines in front of the change are rewritten trimmed and with LF, those behind it are not,
-// and files with mixed line ends result (test ProfileWriting.Files)
-void copyThroughHeader(LineSource& profile, std::string_view section, OutputFile& copy) {
-  std::string_view piece;
-  while (profile.next(piece)) {
-    const std::string_view text = textOf(piece);
-    copy.appendLine(text);
-    if (isHeader(text) && namesSection(text, section)) return;
+bool isTrimmedLine(std::string_view piece) {
+  if (piece.back() != '\n') return false;
+  piece.remove_suffix(1);
+  return piece.empty() || !(isBlank(piece.front()) || isBlank(piece.back()));
+}
+
+// Runs of lines that are trimmed already go out whole.
+// Kept: lines in front of the change are rewritten trimmed and with LF, those behind it are not, so
+// files with mixed line ends result (test ProfileWriting.Files)
+void appendTrimmed(OutputFile& copy, std::string_view pieces) {
+  const bool hasZeros = pieces.find('\0') != pieces.npos;
+  std::size_t run = 0;
+  for (std::size_t start = 0, end = 0; start < pieces.size(); start = end) {
+    end = pieceEnd(pieces, start);
+    const std::string_view piece = pieces.substr(start, end - start);
+    if (!hasZeros && isTrimmedLine(piece)) continue;
+    copy.append(pieces.substr(run, start - run));
+    copy.appendLine(textOf(piece));
+    run = end;
   }
-  appendHeader(copy, section);
+  copy.append(pieces.substr(run));
+}
+
+// Copies up to the header of the section; at the end of the file, makes one.
+void copyThroughHeader(LineSource& profile, std::string_view section, OutputFile& copy) {
+  const auto append = [&](std::string_view pieces) { appendTrimmed(copy, pieces); };
+  if (takeThroughHeader(profile, section, append)) return;
+  copy.append("[");
+  copy.append(section);
+  copy.appendLine("]");
 }
 
 // Copies up to the entry, whose place the new one takes; else the section's end is its place.

@@ -38,7 +38,7 @@
 ///
 /// A read that fails counts as the end of the file, and so does a directory in place of the file:
 /// it opens, but gives no line. Files are opened, read once from the start and closed within the
-/// call. Memory is fixed, about 20 KiB of stack (40 KiB for writing), and no heap. All functions
+/// call. Memory is fixed, about 40 KiB of stack (50 KiB for writing), and no heap. All functions
 /// are thread-safe, but nothing is locked: see WritePrivateProfileString().
 
 extern "C" {
