@@ -31,6 +31,7 @@ TEST(ProfileTool, Commands) {
       {{"get", file, "net", "flag"}, 0, "up\n"},
       {{"lint", file}, 0, ""},
       {{"set", file, "net", "#x", "1"}, 1, ""},
+      {{"set", file, "net", "x", std::string(257, 'v')}, 1, ""},
       {{"set", file + "x", "net", "x", "1"}, 1, ""},
       {{"lint", file + "x"}, 1, ""},
       {{"get", file, "net"}, 2, ""},
