@@ -20,5 +20,6 @@ void enter(const std::string& row, const std::string& contestant, Body body) {
 // One function a family enters its rows.
 void enterLoggingRows();
 void enterNetworkRows();
+void enterProfileRows();
 
 #endif  // ZRCOMMON_BENCH_CONTEST_H

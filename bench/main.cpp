@@ -5,6 +5,7 @@ int main(int argc, char** argv) {
   enterSandbox();
   enterLoggingRows();
   enterNetworkRows();
+  enterProfileRows();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();

@@ -15,7 +15,7 @@
 
 #include "bench/contest.h"
 
-#ifdef HAVE_LIBNL_ROUTE
+#ifdef ZR_BENCH_LIBNL
 #include <netlink/route/link.h>
 #endif
 
@@ -68,7 +68,7 @@ void listByGetifaddrs() {
   ::freeifaddrs(all);
 }
 
-#ifdef HAVE_LIBNL_ROUTE
+#ifdef ZR_BENCH_LIBNL
 void listByLinkCache() {
   nl_sock* const socket = nl_socket_alloc();
   nl_cache* cache = nullptr;
@@ -121,7 +121,7 @@ void enterListing(const std::string& row, const Network* network) {
   contestant("ours", listOurs);
   contestant("bare dump", dumpBare);
   contestant("getifaddrs", listByGetifaddrs);
-#ifdef HAVE_LIBNL_ROUTE
+#ifdef ZR_BENCH_LIBNL
   contestant("libnl", listByLinkCache);
 #endif
 }

@@ -28,5 +28,6 @@ void addFetchCommand(CLI::App& app);
 void addInterfacesCommand(CLI::App& app);
 void addLogCommand(CLI::App& app);
 void addOptionsCommands(CLI::App& app);
+void addProfileCommands(CLI::App& app);
 
 #endif  // ZRCOMMON_TOOLS_COMMANDS_H

@@ -13,6 +13,7 @@ void addCommands(CLI::App& app) {
   addInterfacesCommand(app);
   addDirectoryCommands(app);
   addOptionsCommands(app);
+  addProfileCommands(app);
   addLogCommand(app);
   addDoctorCommand(app);
 }

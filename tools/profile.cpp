@@ -1,0 +1,129 @@
+#include "tools/profile.h"
+
+#include <zrcommon/profile.h>
+
+#include <iostream>
+#include <optional>
+
+#include "profile/error.h"
+#include "profile/line.h"
+#include "tools/commands.h"
+
+namespace {
+
+struct ProfileArguments {
+  std::string file;
+  std::string section;
+  std::string key;
+  std::string value;
+  std::optional<std::string> textDefault;
+  std::optional<int> numberDefault;
+};
+
+[[noreturn]] void refuse(unsigned int error, const std::string& file) {
+  throw Refusal(std::to_string(error) + ": " + file + ": " + profileErrorInWords(error));
+}
+
+unsigned int read(const ProfileArguments& arguments, std::string& text) {
+  char value[kLineBytes] = {};
+  unsigned int error = 0;
+  GetPrivateProfileString(arguments.section.c_str(), arguments.key.c_str(), "", value, sizeof value,
+                          arguments.file.c_str(), &error);
+  text = value;
+  return error;
+}
+
+void get(const ProfileArguments& arguments) {
+  std::string value;
+  const unsigned int error = read(arguments, value);
+  if (error != kNoError && !arguments.textDefault) refuse(error, arguments.file);
+  std::cout << (error == kNoError ? value : *arguments.textDefault) << '\n';
+}
+
+void getInt(const ProfileArguments& arguments) {
+  unsigned int error = 0;
+  const int number =
+      GetPrivateProfileInt(arguments.section.c_str(), arguments.key.c_str(),
+                           arguments.numberDefault.value_or(0), arguments.file.c_str(), &error);
+  if (error != kNoError && !arguments.numberDefault) refuse(error, arguments.file);
+  std::cout << number << '\n';
+}
+
+// Reads the entry back: the library cuts long texts silently, notices no full disk, and writes keys
+// that no reader can find, such as "#key".
+void set(const ProfileArguments& arguments) {
+  unsigned int error = 0;
+  WritePrivateProfileString(arguments.section.c_str(), arguments.key.c_str(),
+                            arguments.value.c_str(), arguments.file.c_str(), &error);
+  if (error != kNoError) refuse(error, arguments.file);
+  std::string value;
+  if (read(arguments, value) != kNoError || value != trimmed(arguments.value))
+    throw Refusal(arguments.file + " was changed, but the entry does not read back as given: " +
+                  "its names or value are longer than 256 characters or hold characters that mean "
+                  "something else there, or the disk is full");
+}
+
+void lint(const ProfileArguments& arguments) {
+  const std::vector<Remark> remarks = lintProfile(arguments.file);
+  for (const Remark& remark : remarks)
+    std::cout << arguments.file << ':' << remark.line << ": " << remark.text << '\n';
+  if (!remarks.empty())
+    throw Refusal(arguments.file + ": remarks: " + std::to_string(remarks.size()));
+}
+
+using Arguments = std::shared_ptr<ProfileArguments>;
+
+CLI::App* addAction(CLI::App* family, const char* name, const char* help,
+                    const Arguments& arguments, void (*action)(const ProfileArguments&)) {
+  auto* command = family->add_subcommand(name, help);
+  command->add_option("FILE", arguments->file, "Profile file")->required();
+  command->callback([arguments, action] { action(*arguments); });
+  return command;
+}
+
+void addEntry(CLI::App* command, const Arguments& arguments) {
+  command->add_option("SECTION", arguments->section, "Name of the section")->required();
+  command->add_option("KEY", arguments->key, "Name of the entry")->required();
+}
+
+}  // namespace
+
+std::string profileErrorInWords(unsigned int code) {
+  switch (code) {
+    case kNoError:
+      return "success";
+    case kCannotOpen:
+      return "the file cannot be opened for reading, or its temporary copy cannot be created";
+    case kNoValue:
+      return "the entry has no \"=\", or no value to read a number from";
+    case kNoKey:
+      return "the section has no entry of that key";
+    case kEmptyKey:
+      return "the key is empty";
+    case kNoSection:
+      return "there is no section of that name";
+    case kEmptySection:
+      return "the section name is empty";
+    case kEmptyValue:
+      return "the value is empty";
+    default:
+      return "no error code of the profile functions";
+  }
+}
+
+void addProfileCommands(CLI::App& app) {
+  auto* family = app.add_subcommand("profile", "Profile (INI) files, as components see them");
+  family->require_subcommand(1);
+  auto arguments = std::make_shared<ProfileArguments>();
+  auto* text = addAction(family, "get", "Print the value of an entry", arguments, get);
+  addEntry(text, arguments);
+  text->add_option("--default", arguments->textDefault, "Print this if there is no value");
+  auto* number = addAction(family, "get-int", "Print the value as an integer", arguments, getInt);
+  addEntry(number, arguments);
+  number->add_option("--default", arguments->numberDefault, "Print this if there is no value");
+  auto* change = addAction(family, "set", "Change or add an entry", arguments, set);
+  addEntry(change, arguments);
+  change->add_option("VALUE", arguments->value, "Its new value")->required();
+  addAction(family, "lint", "Say, line by line, what is not read as people expect", arguments,
+            lint);
+}

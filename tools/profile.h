@@ -1,0 +1,20 @@
+#ifndef ZRCOMMON_TOOLS_PROFILE_H
+#define ZRCOMMON_TOOLS_PROFILE_H
+
+#include <string>
+#include <vector>
+
+/// What an error code of the profile functions means.
+std::string profileErrorInWords(unsigned int code);
+
+/// A line of a profile of which people expect something else than the reader makes of it.
+struct Remark {
+  std::size_t line;
+  std::string text;
+};
+
+/// Says what the reader makes of a profile, where that is surprising. Throws Refusal if the file
+/// cannot be opened.
+std::vector<Remark> lintProfile(const std::string& path);
+
+#endif  // ZRCOMMON_TOOLS_PROFILE_H
