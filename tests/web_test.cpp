@@ -108,6 +108,26 @@ TEST_F(Web, TellsPresence) {
   EXPECT_EQ(-1, presence("nonsense://x"));
 }
 
+TEST_F(Web, ChecksTheConnection) {
+  const std::string directory = "/usr/lib/Valdrix/Valdrix/infoeml.dat";
+  const Outcome packed = run({ZR_BUILD_DIR "/zrtool", "directory", "pack", directory},
+                             "12\tConnection Check\thttp://127.0.0.1:8080\n");
+  ASSERT_EQ(0, packed.status) << packed.err;
+  const auto check = [] {
+    unsigned int error = 77;
+    const unsigned int result = CheckInternetConnection(&error);
+    return std::to_string(result) + ", code " + std::to_string(error);
+  };
+  EXPECT_EQ("0, code 105", check());
+  server->put("msg32.bin", "b");
+  EXPECT_EQ("0, code 140", check());
+  server->put("msg32.htm", "h");
+  EXPECT_EQ("1, code 0", check());
+  std::filesystem::remove(server->pathOf("msg32.bin"));
+  EXPECT_EQ("1, code 0", check());
+  std::filesystem::remove(directory);
+}
+
 // A body of 1 GiB is read within half of it, a sanitizer's own memory included.
 TEST_F(Web, StreamsWhatNeverFits) {
   server->put("huge", "");
