@@ -18,6 +18,8 @@ void enter(const std::string& row, const std::string& contestant, Body body) {
 }
 
 // One function a family enters its rows.
+void enterCodecRows();
 void enterLoggingRows();
+void enterStringRows();
 
 #endif  // ZRCOMMON_BENCH_CONTEST_H

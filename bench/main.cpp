@@ -1,7 +1,9 @@
 #include "bench/contest.h"
 
 int main(int argc, char** argv) {
+  enterCodecRows();
   enterLoggingRows();
+  enterStringRows();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();

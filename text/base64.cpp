@@ -1,62 +1,19 @@
+#include <algorithm>
 #include <cstring>
 
+#include "text/base64_tables.h"
 #include "zrcommon/codecs.h"
 
 namespace {
 
 constexpr std::size_t kTextBytes = 1024;  // of what either way accepts, terminator included
-constexpr unsigned int kLast = 63;
-constexpr char kPadding = '$';
-constexpr char kSymbols[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_!";
-
-// The value of every byte; what is no symbol counts as the last one.
-struct Values {
-  unsigned char of[256];
-
-  constexpr Values() : of() {
-    for (unsigned char& value : of) value = kLast;
-    for (unsigned int i = 0; i < kLast; ++i)
-      of[static_cast<unsigned char>(kSymbols[i])] = static_cast<unsigned char>(i);
-  }
-};
-constexpr Values kValues;
-
-unsigned int valueOf(char symbol) {
-  return kValues.of[static_cast<unsigned char>(symbol)];
-}
-
-unsigned int byteOf(char byte) {
-  return static_cast<unsigned char>(byte);
-}
-
-char symbolOf(unsigned int bits) {
-  return kSymbols[bits & kLast];
-}
-
-char lowByteOf(unsigned int bits) {
-  return static_cast<char>(bits & 0xFFU);
-}
-
-bool isWithin(char symbol, char first, unsigned int count) {
-  return static_cast<unsigned char>(symbol - first) < count;
-}
-
-bool isAccepted(const char* text, std::size_t length) {
-  unsigned int strangers = 0;
-  for (std::size_t i = 0; i < length; ++i) {
-    const char symbol = text[i];
-    const auto letter = static_cast<char>(symbol | 0x20);
-    strangers |= !(isWithin(letter, 'a', 26) | isWithin(symbol, '0', 10) | (symbol == '_') |
-                   (symbol == '!') | (symbol == kPadding));
-  }
-  return !strangers;
-}
+constexpr SymbolPairs kPairs;
+constexpr Shares kShares;
 
 void encodeGroup(char* to, unsigned int bits) {
-  to[0] = symbolOf(bits >> 18U);
-  to[1] = symbolOf(bits >> 12U);
-  to[2] = symbolOf(bits >> 6U);
-  to[3] = symbolOf(bits);
+  const std::uint32_t symbols = kPairs.of[bits >> 12U] | std::uint32_t{kPairs.of[bits & 4095U]}
+                                                             << 16U;
+  std::memcpy(to, &symbols, sizeof symbols);
 }
 
 void encodeLastGroup(char* to, const char* from, std::size_t count) {
@@ -78,53 +35,62 @@ void encodeInPlace(char* text, std::size_t length) {
   }
 }
 
-// Decodes a text in its own place: four symbols are read before their three bytes are written, and
-// the bytes never catch up with the symbols.
+std::uint32_t sharesOf(const char* symbols) {
+  return kShares.of[0][byteOf(symbols[0])] | kShares.of[1][byteOf(symbols[1])] |
+         kShares.of[2][byteOf(symbols[2])] | kShares.of[3][byteOf(symbols[3])];
+}
+
+// Decodes a text, and puts the bytes in its place if all of it is symbols and padding.
 class Decoder {
  public:
   Decoder(char* text, std::size_t length, std::size_t capacity)
       : text_(text), length_(length), capacity_(capacity) {}
 
-  void run() {
-    std::size_t group = 0;
-    for (; group < length_ / 4; ++group) decodeGroup(3 * group, text_ + 4 * group);
-    if (length_ % 4) decodeRest(group++);
-    if (3 * group < capacity_) std::memset(text_ + 3 * group, 0, capacity_ - 3 * group);
+  bool run() {
+    const char* const lastGroup = text_ + length_ / 4 * 4;
+    for (const char* group = text_; group < lastGroup; group += 4)
+      if (!decodeGroup(group)) return false;
+    if (length_ % 4 && !decodeRest(lastGroup)) return false;
+    // The third byte of a text of one symbol would lie behind its terminator, and is zero.
+    const std::size_t count = std::min(decoded_, length_ + 1);
+    std::memcpy(text_, bytes_, count);
+    if (count < capacity_) std::memset(text_ + count, 0, capacity_ - count);
+    return true;
   }
 
  private:
-  void decodeGroup(std::size_t at, const char* symbols) {
-    const bool hasSecond = symbols[2] != kPadding;
-    const bool hasThird = symbols[3] != kPadding;
-    const unsigned int bits = valueOf(symbols[0]) << 18U | valueOf(symbols[1]) << 12U |
-                              valueOf(symbols[2]) << 6U | valueOf(symbols[3]);
-    text_[at] = lowByteOf(bits >> 16U);
-    put(at + 1, hasSecond, bits >> 8U);
-    put(at + 2, hasThird, bits);
+  bool decodeGroup(const char* symbols) {
+    const std::uint32_t shares = sharesOf(symbols);
+    std::memcpy(bytes_ + decoded_, &shares, sizeof shares);
+    if (shares & Shares::kSpecial && !leaveOut(shares)) return false;
+    decoded_ += 3;
+    return true;
   }
 
   // Kept: a text may end anywhere, and what its last group lacks counts as 'A', a value of 0
   // (test Base64.DecodesWhatNobodyEncoded)
-  void decodeRest(std::size_t group) {
-    char symbols[4] = {'A', 'A', 'A', 'A'};
-    std::memcpy(symbols, text_ + 4 * group, length_ % 4);
-    // The third byte of a single symbol is zero and lies behind the terminator.
-    if (length_ == 1) symbols[3] = kPadding;
-    decodeGroup(3 * group, symbols);
+  bool decodeRest(const char* symbols) {
+    char group[4] = {'A', 'A', 'A', 'A'};
+    std::memcpy(group, symbols, length_ % 4);
+    return decodeGroup(group);
   }
 
   // Kept: where padding stands for a byte there is a zero within the capacity, and beyond it the
   // text as it was (test Base64.DecodesWhatNobodyEncoded)
-  void put(std::size_t at, bool isThere, unsigned int bits) {
-    if (isThere)
-      text_[at] = lowByteOf(bits);
-    else if (at < capacity_)
-      text_[at] = '\0';
+  bool leaveOut(std::uint32_t shares) {
+    if (shares & Shares::kStranger) return false;
+    if (shares & Shares::kNoSecondByte) bytes_[decoded_ + 1] = oldByte(decoded_ + 1);
+    if (shares & Shares::kNoThirdByte) bytes_[decoded_ + 2] = oldByte(decoded_ + 2);
+    return true;
   }
+
+  char oldByte(std::size_t at) const { return at < capacity_ ? '\0' : text_[at]; }
 
   char* text_;
   std::size_t length_;
   std::size_t capacity_;
+  std::size_t decoded_ = 0;
+  char bytes_[kTextBytes / 4 * 3 + 1];  // and the fourth byte of the last group
 };
 
 }  // namespace
@@ -142,19 +108,21 @@ bool CBase64Url::Encode(char* buffer, unsigned int capacity) {
 bool CBase64Url::Decode(char* buffer, unsigned int capacity) {
   if (!buffer || capacity == 0) return false;
   const std::size_t length = ::strnlen(buffer, kTextBytes);
-  if (length == 0 || length == kTextBytes || !isAccepted(buffer, length)) return false;
-  Decoder(buffer, length, capacity).run();
-  return true;
+  if (length == 0 || length == kTextBytes) return false;
+  return Decoder(buffer, length, capacity).run();
 }
 
 char CBase64Url::GetBase64Symbol(unsigned char value) {
-  return value < kLast ? kSymbols[value] : kSymbols[kLast];
+  return kSymbols[std::min<unsigned int>(value, kLastValue)];
 }
 
 unsigned char CBase64Url::GetASCIISymbol(char symbol) {
-  return static_cast<unsigned char>(valueOf(symbol));
+  return static_cast<unsigned char>(valueOf(byteOf(symbol)));
 }
 
 bool CBase64Url::IsBase64(const char* text) {
-  return text && isAccepted(text, std::strlen(text));
+  if (!text) return false;
+  for (; *text; ++text)
+    if (kShares.of[0][byteOf(*text)] & Shares::kStranger) return false;
+  return true;
 }

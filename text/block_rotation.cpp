@@ -1,4 +1,4 @@
-#include "text/byte_words.h"
+#include "text/rotate_bytes.h"
 #include "zrcommon/codecs.h"
 
 namespace {
@@ -16,13 +16,13 @@ unsigned char rotateLeft(unsigned char byte, unsigned count) {
 
 bool EncryptBlock(void* block, unsigned int length) {
   if (!block || length == 0) return false;
-  changeBytes(static_cast<unsigned char*>(block), length, rotateBytesLeft<kBlockBits>);
+  rotateBytes<kBlockBits>(static_cast<unsigned char*>(block), length);
   return true;
 }
 
 bool DecryptBlock(void* block, unsigned int length) {
   if (!block || length == 0) return false;
-  changeBytes(static_cast<unsigned char*>(block), length, rotateBytesLeft<8 - kBlockBits>);
+  rotateBytes<8 - kBlockBits>(static_cast<unsigned char*>(block), length);
   return true;
 }
 

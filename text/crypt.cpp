@@ -26,7 +26,10 @@ class KeyTrack {
   KeyTrack(const char (&key)[kKeyBytes], std::size_t length, std::size_t textLength)
       : length_(length), step_(kBlockBytes % length) {
     const std::size_t needed = std::min(textLength, length + kBlockBytes);
-    for (std::size_t at = 0; at < needed; at += length) std::memcpy(track_ + at, key, kKeyBytes);
+    if (length <= kKeyBytes / 2)
+      lay<kKeyBytes / 2>(key, needed);
+    else
+      lay<kKeyBytes>(key, needed);
   }
 
   const char* place() const { return track_ + place_; }
@@ -36,6 +39,12 @@ class KeyTrack {
   }
 
  private:
+  // Whole pieces of a fixed size, what is too much of one overwritten by the next.
+  template <std::size_t kPiece>
+  void lay(const char* key, std::size_t needed) {
+    for (std::size_t at = 0; at < needed; at += length_) std::memcpy(track_ + at, key, kPiece);
+  }
+
   char track_[kKeyBytes + kBlockBytes + kKeyBytes];
   std::size_t length_;
   std::size_t step_;

@@ -1,9 +1,9 @@
-#include "text/byte_words.h"
+#include "text/rotate_bytes.h"
 #include "zrcommon/codecs.h"
 
 void Encrypt(unsigned char* bytes, int count) {
   if (!bytes || count <= 0) return;
-  changeBytes(bytes, static_cast<std::size_t>(count), rotateBytesLeft<4>);
+  rotateBytes<4>(bytes, static_cast<std::size_t>(count));
 }
 
 void Decrypt(unsigned char* bytes, int count) {

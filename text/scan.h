@@ -18,7 +18,6 @@ namespace scan {
 using Window = __m128i;
 
 constexpr std::size_t kWindowBytes = sizeof(Window);
-constexpr std::size_t kBlockBytes = 4 * kWindowBytes;
 constexpr std::size_t kPageBytes = 4096;
 constexpr std::size_t kNoLimit = SIZE_MAX;
 
@@ -50,48 +49,79 @@ Window isZero(Window units) {
   return equal<Unit>(units, _mm_setzero_si128());
 }
 
-inline std::uint64_t bitPerByte(Window window) {
-  return static_cast<std::uint64_t>(_mm_movemask_epi8(window));
+/// How many bytes can be read from here on without leaving the page.
+inline std::size_t leftInPage(const void* from) {
+  return kPageBytes - (reinterpret_cast<std::uintptr_t>(from) & (kPageBytes - 1));
 }
 
-inline bool isInOnePage(const void* from, std::size_t bytes) {
-  return (reinterpret_cast<std::uintptr_t>(from) & (kPageBytes - 1)) <= kPageBytes - bytes;
-}
-
-/// The index at which a walk over both strings stops, at most @p limit.
+/// A walk over two strings at once, up to where a rule stops it.
 ///
-/// @param rule  stops(x, y) tells whether two units end the walk; marks(x, y) tells it of a window
-///              of each, with a zero unit for a stop and any other for none
+/// The rule's stops(x, y) tells whether two units end the walk, and its marks(x, y) tells it of a
+/// window of each, with a zero unit for a stop and any other for none.
+template <typename Unit, typename Rule>
+class Walk {
+ public:
+  Walk(const Unit* a, const Unit* b, std::size_t limit, const Rule& rule)
+      : a_(a), b_(b), limit_(limit), rule_(rule) {}
+
+  /// The index at which it stops, at most the limit.
+  std::size_t run() {
+    // Most strings end in their first 16 units.
+    if (readable() >= sizeof(Unit) * kWindowBytes && meetsStop<sizeof(Unit)>())
+      return std::min(at_, limit_);
+    while (at_ < limit_ && !stopsInPage()) continue;
+    return std::min(at_, limit_);
+  }
+
+ private:
+  static constexpr std::size_t kUnits = kWindowBytes / sizeof(Unit);
+
+  std::size_t readable() const { return std::min(leftInPage(a_ + at_), leftInPage(b_ + at_)); }
+
+  Window stopsInWindow(std::size_t number) const {
+    const std::size_t at = at_ + number * kUnits;
+    return isZero<Unit>(rule_.marks(load(a_ + at), load(b_ + at)));
+  }
+
+  // Moves to the first stop in so many windows, or behind them.
+  template <unsigned kWindows>
+  bool meetsStop() {
+    Window stops[kWindows];
+    Window any = _mm_setzero_si128();
+    for (unsigned i = 0; i < kWindows; ++i) any = _mm_or_si128(any, stops[i] = stopsInWindow(i));
+    if (!_mm_movemask_epi8(any)) {
+      at_ += kWindows * kUnits;
+      return false;
+    }
+    std::uint64_t bitPerByte = 0;
+    for (unsigned i = 0; i < kWindows; ++i)
+      bitPerByte |= static_cast<std::uint64_t>(_mm_movemask_epi8(stops[i])) << 16U * i;
+    at_ += static_cast<unsigned>(__builtin_ctzll(bitPerByte)) / sizeof(Unit);
+    return true;
+  }
+
+  // Goes to the end of the nearer page and over it. True if it met a stop.
+  bool stopsInPage() {
+    std::size_t left = readable();
+    for (; left >= 4 * kWindowBytes && at_ < limit_; left -= 4 * kWindowBytes)
+      if (meetsStop<4>()) return true;
+    for (; left >= kWindowBytes && at_ < limit_; left -= kWindowBytes)
+      if (meetsStop<1>()) return true;
+    for (std::size_t units = left / sizeof(Unit) + 1; units > 0 && at_ < limit_; --units, ++at_)
+      if (rule_.stops(a_[at_], b_[at_])) return true;
+    return false;
+  }
+
+  const Unit* a_;
+  const Unit* b_;
+  std::size_t limit_;
+  const Rule& rule_;
+  std::size_t at_ = 0;
+};
+
 template <typename Unit, typename Rule>
 std::size_t firstStop(const Unit* a, const Unit* b, std::size_t limit, const Rule& rule) {
-  constexpr std::size_t kUnits = kWindowBytes / sizeof(Unit);
-  const auto canRead = [a, b](std::size_t at, std::size_t bytes) {
-    return isInOnePage(a + at, bytes) && isInOnePage(b + at, bytes);
-  };
-  const auto stopsFrom = [a, b, &rule](std::size_t at) {
-    return isZero<Unit>(rule.marks(load(a + at), load(b + at)));
-  };
-  std::size_t at = 0;
-  while (at < limit) {
-    if (!canRead(at, kWindowBytes)) {
-      if (rule.stops(a[at], b[at])) return at;
-      ++at;
-      continue;
-    }
-    if (const std::uint64_t stops = bitPerByte(stopsFrom(at)))
-      return std::min(limit, at + static_cast<unsigned>(__builtin_ctzll(stops)) / sizeof(Unit));
-    at += kUnits;
-    for (; at < limit && canRead(at, kBlockBytes); at += 4 * kUnits) {
-      const Window first = stopsFrom(at), second = stopsFrom(at + kUnits);
-      const Window third = stopsFrom(at + 2 * kUnits), fourth = stopsFrom(at + 3 * kUnits);
-      const Window any = _mm_or_si128(_mm_or_si128(first, second), _mm_or_si128(third, fourth));
-      if (!bitPerByte(any)) continue;
-      const std::uint64_t stops = bitPerByte(first) | bitPerByte(second) << 16U |
-                                  bitPerByte(third) << 32U | bitPerByte(fourth) << 48U;
-      return std::min(limit, at + static_cast<unsigned>(__builtin_ctzll(stops)) / sizeof(Unit));
-    }
-  }
-  return limit;
+  return Walk<Unit, Rule>(a, b, limit, rule).run();
 }
 
 template <typename Unit, typename Rule>
