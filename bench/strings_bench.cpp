@@ -106,8 +106,11 @@ void enterConversions(Texts& t, const std::string& size) {
     benchmark::ClobberMemory();
   });
   enter("narrow" + size, "ours", keeping([=] { return CopyWSZToSZ(bytes, a); }));
-  enter("narrow" + size, "ICU", keeping([=] { return u_austrcpy(bytes, peer(a)); }));
-  enter("narrow" + size, "ICU, length known", [=] { u_UCharsToChars(peer(a), bytes, length + 1); });
+  enter("narrow" + size, "ICU, code page", keeping([=] { return u_austrcpy(bytes, peer(a)); }));
+  enter("narrow" + size, "ICU", [=] {
+    u_UCharsToChars(peer(a), bytes, u_strlen(peer(a)) + 1);
+    benchmark::ClobberMemory();
+  });
 }
 
 void enterNarrow(const Texts& t, const std::string& size) {
