@@ -17,5 +17,6 @@ void addDoctorCommand(CLI::App& app);
 void addFetchCommand(CLI::App& app);
 void addLogCommand(CLI::App& app);
 void addOptionsCommands(CLI::App& app);
+void addSecureCommands(CLI::App& app);
 
 #endif  // ZRCOMMON_TOOLS_COMMANDS_H

@@ -10,6 +10,7 @@ constexpr int kBadUsage = 2;
 void addCommands(CLI::App& app) {
   addFetchCommand(app);
   addOptionsCommands(app);
+  addSecureCommands(app);
   addLogCommand(app);
   addDoctorCommand(app);
 }
