@@ -194,8 +194,8 @@ TEST(Search, AgreesWithTheModel) {
   // Texts that a search at every place would be slow on.
   for (const std::size_t half : {20, 21, 400}) {
     const std::string run(half, 'a');
-    for (const std::string& end : {run + "b" + run, run + "bb" + run, run + "b" + run + "a", run})
-      for (const char* pattern : {"?", "b?", "bb", "c"})
+    for (const std::string& end : {run + "b" + run, run + "bba" + run, run + "b" + run + "a", run})
+      for (const char* pattern : {"?", "b?a", "b?", "bba", "c"})
         expectSearches(std::string(3000, 'a') + end, run + pattern + run);
   }
 }
