@@ -1,9 +1,9 @@
 #include <zrcommon/codecs.h>
 
 #include <algorithm>
-#include <random>
 #include <vector>
 
+#include "support/dice.h"
 #include "support/placed.h"
 
 namespace {
@@ -16,18 +16,7 @@ const struct {
 #include "answers/secure_answers.inc"
 };
 
-class Dice {
- public:
-  std::size_t below(std::size_t count) { return engine_() % count; }
-  std::string bytes(std::size_t length, const std::string& alphabet) {
-    std::string result;
-    while (result.size() < length) result.push_back(alphabet[below(alphabet.size())]);
-    return result;
-  }
-
- private:
-  std::mt19937 engine_{20240229};
-};
+;
 
 // What Decode makes of a buffer of which `capacity` bytes are the caller's, bit by bit.
 std::string modelDecode(const std::string& text, std::size_t capacity) {
@@ -105,8 +94,8 @@ TEST(Crypt, AgreesWithTheModelForEveryKeyLength) {
   Dice dice;
   for (std::size_t keyLength = 1; keyLength < 70; ++keyLength)
     for (std::size_t length : {1, 2, 63, 64, 65, 127, 128, 129, 200, 1000}) {
-      const std::string key = dice.bytes(keyLength, "ab\xFF"),
-                        plain = dice.bytes(length, "abc\xFF");
+      const std::string key = dice.text<std::string>(keyLength, "ab\xFF"),
+                        plain = dice.text<std::string>(length, "abc\xFF");
       const std::string used = key.substr(0, 63);
       std::string expected = plain;
       for (std::size_t i = 0; i < length; ++i)
@@ -188,7 +177,8 @@ TEST(Base64, Refusals) {
 TEST(Base64, DecodesWhatNobodyEncoded) {
   Dice dice;
   for (int round = 0; round < 5000; ++round) {
-    const std::string text = dice.bytes(1 + dice.below(round % 9 ? 12 : 1023), "AZaz09_!$");
+    const std::string text =
+        dice.text<std::string>(1 + dice.below(round % 9 ? 12 : 1023), "AZaz09_!$");
     const std::size_t capacity = 1 + dice.below(text.size() + 8);
     Placed<char> buffer(text, capacity > text.size() + 1 ? capacity - text.size() - 1 : 0);
     ASSERT_TRUE(CBase64Url().Decode(buffer.get(), unsigned(capacity)));

@@ -1,8 +1,8 @@
 #include <zrcommon/strings.h>
 
 #include <algorithm>
-#include <random>
 
+#include "support/dice.h"
 #include "support/placed.h"
 
 namespace {
@@ -37,19 +37,7 @@ std::size_t modelSearch(const String& text, String pattern) {
   return String::npos;
 }
 
-class Dice {
- public:
-  std::size_t below(std::size_t count) { return engine_() % count; }
-  template <typename String>
-  String text(std::size_t length, const String& alphabet) {
-    String result;
-    while (result.size() < length) result.push_back(alphabet[below(alphabet.size())]);
-    return result;
-  }
-
- private:
-  std::mt19937 engine_{20240229};
-};
+;
 
 void expectSearches(const std::string& text, const std::string& pattern) {
   const std::size_t expected = modelSearch(text, pattern);

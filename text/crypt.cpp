@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cstring>
 
 #include "base/copy.h"
@@ -23,13 +22,12 @@ void mix(char* text, const char* key, std::size_t count) {
 // The key written out again and again, so that a block can be mixed from any place in it on.
 class KeyTrack {
  public:
-  KeyTrack(const char (&key)[kKeyBytes], std::size_t length, std::size_t textLength)
-      : length_(length), step_(kBlockBytes % length) {
-    const std::size_t needed = std::min(textLength, length + kBlockBytes);
+  KeyTrack(const char (&key)[kKeyBytes], std::size_t length)
+      : length_(length), step_(static_cast<unsigned>(kBlockBytes) % static_cast<unsigned>(length)) {
     if (length <= kKeyBytes / 2)
-      lay<kKeyBytes / 2>(key, needed);
+      lay<kKeyBytes / 2>(key, length);
     else
-      lay<kKeyBytes>(key, needed);
+      lay<kKeyBytes>(key, length);
   }
 
   const char* place() const { return track_ + place_; }
@@ -41,8 +39,9 @@ class KeyTrack {
  private:
   // Whole pieces of a fixed size, what is too much of one overwritten by the next.
   template <std::size_t kPiece>
-  void lay(const char* key, std::size_t needed) {
-    for (std::size_t at = 0; at < needed; at += length_) std::memcpy(track_ + at, key, kPiece);
+  void lay(const char* key, std::size_t length) {
+    for (std::size_t at = 0; at < length + kBlockBytes; at += length)
+      std::memcpy(track_ + at, key, kPiece);
   }
 
   char track_[kKeyBytes + kBlockBytes + kKeyBytes];
@@ -62,8 +61,8 @@ CCrypt::CCrypt(const char* key) : keyLength_(0), key_() {
 
 bool CCrypt::Encrypt(char* text) {
   if (!text || !*text || keyLength_ == 0) return false;
+  KeyTrack key(key_, static_cast<std::size_t>(keyLength_));
   std::size_t length = std::strlen(text);
-  KeyTrack key(key_, static_cast<std::size_t>(keyLength_), length);
   for (; length >= kBlockBytes; text += kBlockBytes, length -= kBlockBytes) {
     mix(text, key.place(), kBlockBytes);
     key.passBlock();
