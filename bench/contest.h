@@ -18,8 +18,10 @@ void enter(const std::string& row, const std::string& contestant, Body body) {
 }
 
 // One function a family enters its rows.
+void enterCodecRows();
 void enterLoggingRows();
 void enterNetworkRows();
 void enterProfileRows();
+void enterStringRows();
 
 #endif  // ZRCOMMON_BENCH_CONTEST_H

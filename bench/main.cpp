@@ -6,6 +6,9 @@ int main(int argc, char** argv) {
   enterLoggingRows();
   enterNetworkRows();
   enterProfileRows();
+  enterCodecRows();
+  enterLoggingRows();
+  enterStringRows();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();

@@ -1,9 +1,9 @@
+#include "text/rotate_bytes.h"
 #include "zrcommon/codecs.h"
 
 void Encrypt(unsigned char* bytes, int count) {
-  if (!bytes) return;
-  for (int i = 0; i < count; ++i)
-    bytes[i] = static_cast<unsigned char>(bytes[i] << 4 | bytes[i] >> 4);
+  if (!bytes || count <= 0) return;
+  rotateBytes<4>(bytes, static_cast<std::size_t>(count));
 }
 
 void Decrypt(unsigned char* bytes, int count) {

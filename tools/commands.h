@@ -29,5 +29,6 @@ void addInterfacesCommand(CLI::App& app);
 void addLogCommand(CLI::App& app);
 void addOptionsCommands(CLI::App& app);
 void addProfileCommands(CLI::App& app);
+void addSecureCommands(CLI::App& app);
 
 #endif  // ZRCOMMON_TOOLS_COMMANDS_H

@@ -14,6 +14,7 @@ void addCommands(CLI::App& app) {
   addDirectoryCommands(app);
   addOptionsCommands(app);
   addProfileCommands(app);
+  addSecureCommands(app);
   addLogCommand(app);
   addDoctorCommand(app);
 }

@@ -1,0 +1,76 @@
+#include <cctype>
+
+#include "text/length.h"
+#include "zrcommon/strings.h"
+
+namespace {
+
+constexpr unsigned int kLetters = 26;
+constexpr unsigned char kCaseBit = 0x20;
+constexpr std::size_t kBlockBytes = 64;
+
+template <typename Unit>
+Unit caseBit(Unit unit, Unit firstLetter) {
+  return static_cast<Unit>(unit - firstLetter) < kLetters ? kCaseBit : 0;
+}
+
+// Nothing is stored where nothing changes: text without such letters may lie in read-only memory.
+template <typename Unit>
+void changeBlock(Unit* text, Unit firstLetter) {
+  constexpr std::size_t kUnits = kBlockBytes / sizeof(Unit);
+  Unit changed[kUnits];
+  Unit changes = 0;
+  for (std::size_t i = 0; i < kUnits; ++i) {
+    const Unit change = caseBit(text[i], firstLetter);
+    changed[i] = text[i] ^ change;
+    changes |= change;
+  }
+  if (changes) std::memcpy(text, changed, sizeof changed);
+}
+
+// Turns the letters from firstLetter on, 26 of them, into the other case; ASCII and nothing else.
+template <typename Unit>
+void changeCase(Unit* text, std::size_t length, Unit firstLetter) {
+  constexpr std::size_t kUnits = kBlockBytes / sizeof(Unit);
+  for (; length >= kUnits; text += kUnits, length -= kUnits) changeBlock(text, firstLetter);
+  for (; length > 0; ++text, --length)
+    if (const Unit change = caseBit(*text, firstLetter)) *text ^= change;
+}
+
+char* changeCase(char* text, unsigned char firstLetter) {
+  if (text) changeCase(reinterpret_cast<unsigned char*>(text), lengthOf(text), firstLetter);
+  return text;
+}
+
+WideUnit* changeCase(WideUnit* text, unsigned char firstLetter) {
+  if (text) changeCase(text, lengthOf(text), WideUnit{firstLetter});
+  return text;
+}
+
+}  // namespace
+
+char* My_StrLwr(char* text) {
+  return changeCase(text, 'A');
+}
+
+char* My_StrUpr(char* text) {
+  return changeCase(text, 'a');
+}
+
+char* my_strupr(char* text) {
+  return My_StrUpr(text);
+}
+
+unsigned short* my_wcslwr(unsigned short* text) {
+  return changeCase(text, 'A');
+}
+
+unsigned short* my_wcsupr(unsigned short* text) {
+  return changeCase(text, 'a');
+}
+
+int strUpr(char* text, int length) {
+  for (int i = 0; i < length; ++i)
+    text[i] = static_cast<char>(std::toupper(static_cast<unsigned char>(text[i])));
+  return 1;
+}

@@ -1,0 +1,11 @@
+#include "text/length.h"
+
+#include "zrcommon/strings.h"
+
+unsigned int my_strlen(const char* text) {
+  return text ? static_cast<unsigned int>(lengthOf(text)) : 0;
+}
+
+unsigned int my_wcslen(const unsigned short* text) {
+  return text ? static_cast<unsigned int>(lengthOf(text)) : 0;
+}
