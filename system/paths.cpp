@@ -31,6 +31,8 @@ int GetAppPath(char* buffer, int bufferSize) {
   return 1;
 }
 
+// Kept: a longer path is cut to 260 bytes, which can give a directory further up; only what the
+// caller's buffer would not hold is refused (test Paths.ModulePathCutsTheExecutablesPath)
 int GetModulePath(char* buffer) {
   if (!buffer) return 0;
   char link[kProcPathBytes];

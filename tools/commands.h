@@ -15,7 +15,9 @@ class Refusal : public std::runtime_error {
 // One function a family; each adds its commands, whose callbacks do the work.
 void addDoctorCommand(CLI::App& app);
 void addFetchCommand(CLI::App& app);
+void addFileCommands(CLI::App& app);
 void addLogCommand(CLI::App& app);
 void addOptionsCommands(CLI::App& app);
+void addSystemCommands(CLI::App& app);
 
 #endif  // ZRCOMMON_TOOLS_COMMANDS_H

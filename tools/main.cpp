@@ -11,6 +11,8 @@ void addCommands(CLI::App& app) {
   addFetchCommand(app);
   addOptionsCommands(app);
   addLogCommand(app);
+  addFileCommands(app);
+  addSystemCommands(app);
   addDoctorCommand(app);
 }
 

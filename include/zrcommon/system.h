@@ -163,9 +163,12 @@ ZRCOMMON_API int GetZrPath(char* buffer);
 
 /// Gives the directory of the running executable, with its trailing slash, always terminated.
 ///
+/// Only the first 260 characters of the executable's path are looked at: where the directory alone
+/// takes more, the result is a directory further up.
+///
 /// @param buffer  at least 260 bytes; null: 0
-/// @return 1; 0 if the executable's path cannot be read or its directory, slash included, has more
-///         than 259 characters, with @p buffer untouched
+/// @return 1; 0 if the path cannot be read or the result would not fit 260 bytes with its
+///         terminator, with @p buffer untouched
 ZRCOMMON_API int GetModulePath(char* buffer);
 
 /// ZRCopyFile() with another end: on success the target's mode becomes 0777, whatever it was; a
