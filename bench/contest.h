@@ -19,5 +19,6 @@ void enter(const std::string& row, const std::string& contestant, Body body) {
 
 // One function a family enters its rows.
 void enterLoggingRows();
+void enterSystemRows();
 
 #endif  // ZRCOMMON_BENCH_CONTEST_H

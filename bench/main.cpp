@@ -2,6 +2,7 @@
 
 int main(int argc, char** argv) {
   enterLoggingRows();
+  enterSystemRows();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();

@@ -1,7 +1,9 @@
 #include "system/probe.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
+#include <limits>
 
 namespace {
 
@@ -16,17 +18,23 @@ std::uint16_t pairAt(const char* bytes) {
   return pair;
 }
 
-std::size_t lastChange(std::string_view pattern) {
-  std::size_t at = pattern.size() - 1;
-  while (at > 1 && pattern[at] == pattern[at - 1]) --at;
-  return at;
+// The last of the bytes that the pattern's beginning has fewest of.
+std::size_t rarest(std::string_view pattern) {
+  const std::string_view begin = pattern.substr(0, std::numeric_limits<std::uint8_t>::max());
+  std::array<std::uint8_t, 256> counts = {};
+  for (const char byte : begin) ++counts[static_cast<unsigned char>(byte)];
+  const auto count = [&](std::size_t at) { return counts[static_cast<unsigned char>(begin[at])]; };
+  std::size_t best = 0;
+  for (std::size_t at = 1; at < begin.size(); ++at)
+    if (count(at) <= count(best)) best = at;
+  return best;
 }
 
 }  // namespace
 
 Probe::Probe(std::string_view pattern)
     : pattern_(pattern),
-      second_(lastChange(pattern) - 1),
+      second_(std::max<std::size_t>(rarest(pattern), 1) - 1),
       firstPair_(pairAt(pattern.data())),
       secondPair_(pairAt(pattern.data() + second_)) {}
 

@@ -15,8 +15,9 @@ struct Progress {
   static Progress gaveUp(std::size_t at) { return {false, at}; }
 };
 
-/// Finds a pattern by four of its bytes, at 64 places at a time: its first two, and the last two of
-/// it that differ. (Two equal ones say little in a text of long runs.)
+/// Finds a pattern by four of its bytes, at 64 places at a time: its first two, and the byte that
+/// it has fewest of with the one before. (What a pattern repeats, a text is likely to repeat as
+/// well.)
 class Probe {
  public:
   static constexpr std::size_t kLeastPattern = 2;
