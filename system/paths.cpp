@@ -23,6 +23,7 @@ int GetZrPath(char* buffer) {
 // Kept: the link's text is not terminated and what the buffer held behind it counts as text, for
 // callers zero the buffer and take what fits (test Paths.AppPathStaysInsideItsBuffer)
 int GetAppPath(char* buffer, int bufferSize) {
+  if (!buffer) return 0;
   const auto size = static_cast<std::size_t>(bufferSize);
   if (::readlink("/proc/self/exe", buffer, size) < 1) return 0;
   char* const end = buffer + size;

@@ -5,7 +5,6 @@
 #include <optional>
 #include <string_view>
 
-#include "system/probe.h"
 #include "system/skip_table.h"
 
 /// A byte pattern to look for in one or more buffers, in time linear in their size.
@@ -24,7 +23,6 @@ class Pattern {
 
  private:
   std::string_view bytes_;
-  std::optional<Probe> probe_;
   std::optional<SkipTable> table_;
 };
 

@@ -11,6 +11,7 @@ namespace {
 constexpr std::ptrdiff_t kCredit = 256;
 constexpr std::ptrdiff_t kBlockCost = 3;
 constexpr std::size_t kBytesComparedForOne = 64;
+constexpr std::size_t kSearchedForOneLooked = 128;
 
 std::uint16_t pairAt(const char* bytes) {
   std::uint16_t pair = 0;
@@ -18,9 +19,12 @@ std::uint16_t pairAt(const char* bytes) {
   return pair;
 }
 
-// The last of the bytes that the pattern's beginning has fewest of.
-std::size_t rarest(std::string_view pattern) {
-  const std::string_view begin = pattern.substr(0, std::numeric_limits<std::uint8_t>::max());
+// The last of the bytes that the pattern's beginning has fewest of. Looking at more of it than this
+// would cost more than the search gains.
+std::size_t rarest(std::string_view pattern, std::size_t toSearch) {
+  const std::size_t looked = std::clamp(toSearch / kSearchedForOneLooked, Probe::kLeastPattern,
+                                        std::size_t{std::numeric_limits<std::uint8_t>::max()});
+  const std::string_view begin = pattern.substr(0, looked);
   std::array<std::uint8_t, 256> counts = {};
   for (const char byte : begin) ++counts[static_cast<unsigned char>(byte)];
   const auto count = [&](std::size_t at) { return counts[static_cast<unsigned char>(begin[at])]; };
@@ -32,9 +36,9 @@ std::size_t rarest(std::string_view pattern) {
 
 }  // namespace
 
-Probe::Probe(std::string_view pattern)
+Probe::Probe(std::string_view pattern, std::size_t toSearch)
     : pattern_(pattern),
-      second_(std::max<std::size_t>(rarest(pattern), 1) - 1),
+      second_(std::max<std::size_t>(rarest(pattern, toSearch), 1) - 1),
       firstPair_(pairAt(pattern.data())),
       secondPair_(pairAt(pattern.data() + second_)) {}
 

@@ -22,8 +22,9 @@ class Probe {
  public:
   static constexpr std::size_t kLeastPattern = 2;
 
-  /// @param pattern  at least kLeastPattern bytes; must outlive this
-  explicit Probe(std::string_view pattern);
+  /// @param pattern   at least kLeastPattern bytes; must outlive this
+  /// @param toSearch  how many bytes will be searched in all
+  Probe(std::string_view pattern, std::size_t toSearch);
 
   /// The first match at or after @p from. Gives up where too many places look like one.
   Progress find(std::string_view text, std::size_t from) const;

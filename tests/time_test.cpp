@@ -12,10 +12,10 @@
 
 namespace {
 
-// What the library's gettimeofday() gives in this program: the real time if the result is 1.
+// What gettimeofday() gives the library in this program.
 struct {
-  int result = 1;
-  timeval now = {};
+  int result;
+  timeval now;
 } clockSetting;
 
 std::string text(const tagSYSTEMTIME& time) {
@@ -28,14 +28,8 @@ std::string text(const tagSYSTEMTIME& time) {
 }  // namespace
 
 extern "C" int gettimeofday(timeval* now, void*) noexcept {
-  if (clockSetting.result <= 0) {
-    *now = clockSetting.now;
-    return clockSetting.result;
-  }
-  timespec real = {};
-  ::clock_gettime(CLOCK_REALTIME, &real);
-  *now = {real.tv_sec, real.tv_nsec / 1000};
-  return 0;
+  *now = clockSetting.now;
+  return clockSetting.result;
 }
 
 TEST(LocalTime, FollowsTheZone) {
@@ -50,27 +44,24 @@ TEST(LocalTime, FollowsTheZone) {
       {"XYZ-10:30", {1798761599, 999}, "2027-1-1/5 10:29:59.0"},
       {"UTC0", {-1, 0}, "1969-12-31/3 23:59:59.0"},
   };
-  clockSetting.result = 0;
   for (const auto& row : rows) {
     ::setenv("TZ", row.zone, 1);
-    clockSetting.now = row.now;
+    clockSetting = {0, row.now};
     tagSYSTEMTIME time;
     std::memset(&time, 0xEE, sizeof time);
     EXPECT_EQ(1, GetLocalTime(&time));
     EXPECT_EQ(row.expected, text(time));
   }
-  clockSetting.result = 1;
 }
 
 TEST(LocalTime, FailuresTouchNothing) {
   tagSYSTEMTIME time = {};
   const std::string untouched = text(time);
   EXPECT_EQ(0, GetLocalTime(nullptr));
-  clockSetting.result = -1;
+  clockSetting = {-1, {}};
   EXPECT_EQ(0, GetLocalTime(&time));
   clockSetting = {0, {LONG_MAX, 0}};
   EXPECT_EQ(0, GetLocalTime(&time));
-  clockSetting.result = 1;
   EXPECT_EQ(untouched, text(time));
 }
 
@@ -99,13 +90,8 @@ TEST(SystemTime, ValuesAreCutNotChecked) {
   broken.tm_year = INT_MAX;
   broken.tm_mon = -2;
   broken.tm_mday = 65536 + 40;
-  broken.tm_hour = -1;
   tagSYSTEMTIME time = {};
-  EXPECT_EQ("1899-65535-40/0 65535:0:0.0", text(*TmToSystemTime(&broken, &time)));
-  const tagSYSTEMTIME zeros = {};
-  SystemTimeToTm(&zeros, &broken);
-  EXPECT_EQ(-1900, broken.tm_year);
-  EXPECT_EQ(-1, broken.tm_mon);
+  EXPECT_EQ("1899-65535-40/0 0:0:0.0", text(*TmToSystemTime(&broken, &time)));
 }
 
 TEST(Process, GetPidFindsNothing) {
@@ -139,18 +125,16 @@ TEST(Features, Files) {
     EXPECT_EQ(expected, feature) << row.size;
   }
   putFile(path, content, 0);
-  EXPECT_EQ(2, runForked([] {
-                 dropPrivileges();
-                 tagZR_FEATURE feature;
-                 unsigned int error = 77;
-                 return GetZRFeaturesSetting(&feature, &error) ? 99 : static_cast<int>(error);
-               }).status);
-  ASSERT_EQ(0, std::remove(path.c_str()));
   tagZR_FEATURE feature = {};
   unsigned int error = 77;
   EXPECT_EQ(0, GetZRFeaturesSetting(&feature, nullptr));
   EXPECT_EQ(0, GetZRFeaturesSetting(nullptr, &error));
   EXPECT_EQ(77U, error);
-  EXPECT_EQ(0, GetZRFeaturesSetting(&feature, &error));
-  EXPECT_EQ(2U, error);
+  const auto failure = [&] {
+    dropPrivileges();
+    return GetZRFeaturesSetting(&feature, &error) ? 99 : static_cast<int>(error);
+  };
+  EXPECT_EQ(2, runForked(failure).status);
+  ASSERT_EQ(0, std::remove(path.c_str()));
+  EXPECT_EQ(2, runForked(failure).status);
 }
