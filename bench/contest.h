@@ -23,5 +23,6 @@ void enterLoggingRows();
 void enterNetworkRows();
 void enterProfileRows();
 void enterStringRows();
+void enterSystemRows();
 
 #endif  // ZRCOMMON_BENCH_CONTEST_H

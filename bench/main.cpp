@@ -3,12 +3,12 @@
 
 int main(int argc, char** argv) {
   enterSandbox();
-  enterLoggingRows();
-  enterNetworkRows();
   enterProfileRows();
-  enterCodecRows();
   enterLoggingRows();
+  enterSystemRows();
+  enterCodecRows();
   enterStringRows();
+  enterNetworkRows();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();

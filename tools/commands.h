@@ -25,10 +25,12 @@ void addCheckCommand(CLI::App& app);
 void addDirectoryCommands(CLI::App& app);
 void addDoctorCommand(CLI::App& app);
 void addFetchCommand(CLI::App& app);
+void addFileCommands(CLI::App& app);
 void addInterfacesCommand(CLI::App& app);
 void addLogCommand(CLI::App& app);
 void addOptionsCommands(CLI::App& app);
 void addProfileCommands(CLI::App& app);
 void addSecureCommands(CLI::App& app);
+void addSystemCommands(CLI::App& app);
 
 #endif  // ZRCOMMON_TOOLS_COMMANDS_H

@@ -16,6 +16,8 @@ void addCommands(CLI::App& app) {
   addProfileCommands(app);
   addSecureCommands(app);
   addLogCommand(app);
+  addFileCommands(app);
+  addSystemCommands(app);
   addDoctorCommand(app);
 }
 

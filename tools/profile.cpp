@@ -113,7 +113,7 @@ std::string profileErrorInWords(unsigned int code) {
 
 void addProfileCommands(CLI::App& app) {
   auto* family = app.add_subcommand("profile", "Profile (INI) files, as components see them");
-  family->require_subcommand(1);
+  requireAction(family);
   auto arguments = std::make_shared<ProfileArguments>();
   auto* text = addAction(family, "get", "Print the value of an entry", arguments, get);
   addEntry(text, arguments);
