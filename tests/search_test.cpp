@@ -110,15 +110,18 @@ TEST(SearchFor, AgreesWithAModel) {
 // from there: the match is put at every place, so also where that happens.
 TEST(SearchFor, GivesUpWithoutLosingTheMatch) {
   for (const char* unit : {"ab", "abc", "aaaaaaab"}) {
-    for (const std::size_t size : {15, 16, 40, 300}) {
+    for (const std::size_t size : {15, 16, 300}) {
       std::string pattern = repeat(unit, size);
-      pattern.replace(size / 2, 2, "ba");
+      pattern.replace(size / 4 * 2, 2, "ba");
       for (std::size_t place = 0; place < 10000; place += place < 1500 ? 1 : 8) {
         std::string text = repeat(unit, 17000);
         text.replace(place, size, pattern);
-        const std::size_t expected =
-            std::min(place, text.find(pattern, place > 16 ? place - 16 : 0));
-        ASSERT_EQ(static_cast<int>(expected), searchFor(text, pattern)) << unit << size;
+        const std::size_t expected = text.find(pattern, place > size ? place - size : 0);
+        ASSERT_EQ(
+            static_cast<int>(expected),
+            SearchFor(reinterpret_cast<const Byte*>(text.data()), static_cast<int>(text.size()),
+                      reinterpret_cast<const Byte*>(pattern.data()), static_cast<int>(size)))
+            << unit << size;
       }
     }
   }
