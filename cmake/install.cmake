@@ -18,6 +18,13 @@ configure_file(packaging/zrcommon.pc.in zrcommon.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zrcommon.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
   COMPONENT development)
 
+# The reference is there once scripts/reference has made it.
+set(reference ${PROJECT_SOURCE_DIR}/build/reference)
+install(DIRECTORY ${reference}/html DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libzrcommon-dev
+  COMPONENT development OPTIONAL)
+install(DIRECTORY ${reference}/man/man3 DESTINATION ${CMAKE_INSTALL_MANDIR}
+  COMPONENT development OPTIONAL)
+
 if(ZRCOMMON_BUILD_TOOLS)
   install(TARGETS zrtool DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
 endif()
