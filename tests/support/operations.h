@@ -1,0 +1,36 @@
+#ifndef ZRCOMMON_TESTS_SUPPORT_OPERATIONS_H
+#define ZRCOMMON_TESTS_SUPPORT_OPERATIONS_H
+
+#include <string>
+#include <vector>
+
+/// What an operation gave, in words. Writing it asks the system for nothing.
+class Result {
+ public:
+  void say(const char* format, ...) __attribute__((format(printf, 2, 3)));
+  const char* text() const { return text_; }
+
+ private:
+  char text_[256] = {};
+};
+
+/// A call of an exported operation, at work on the files of the sandbox.
+struct Operation {
+  std::string name;       ///< the operation, and what is special about this call
+  void (*prepare)();      ///< lays out its files, each time anew
+  void (*call)(Result&);  ///< calls it and says what it gave
+};
+
+/// All that ask the system for something.
+const std::vector<Operation>& systemOperations();
+
+/// All others.
+const std::vector<Operation>& pureOperations();
+
+/// Empties the places that operations write to, then lays out this one's files.
+void prepare(const Operation& operation);
+
+/// Every file in those places with its content, if it is short, and its mode: "f 'text' 0600".
+std::vector<std::string> filesOfOperations();
+
+#endif  // ZRCOMMON_TESTS_SUPPORT_OPERATIONS_H
