@@ -18,6 +18,7 @@ struct ProfileArguments {
   std::string value;
   std::optional<std::string> textDefault;
   std::optional<int> numberDefault;
+  bool discard = false;
 };
 
 [[noreturn]] void refuse(unsigned int error, const std::string& file) {
@@ -69,6 +70,10 @@ void lint(const ProfileArguments& arguments) {
     std::cout << arguments.file << ':' << remark.line << ": " << remark.text << '\n';
   if (!remarks.empty())
     throw Refusal(arguments.file + ": remarks: " + std::to_string(remarks.size()));
+}
+
+void recover(const ProfileArguments& arguments) {
+  recoverProfile(arguments.file, arguments.discard);
 }
 
 using Arguments = std::shared_ptr<ProfileArguments>;
@@ -126,4 +131,10 @@ void addProfileCommands(CLI::App& app) {
   change->add_option("VALUE", arguments->value, "Its new value")->required();
   addAction(family, "lint", "Say, line by line, what is not read as people expect", arguments,
             lint);
+  addAction(
+      family, "recover",
+      "Tell what an interrupted change left of FILE, and finish it where that is safe. Nothing "
+      "else may be changing FILE meanwhile.",
+      arguments, recover)
+      ->add_flag("--discard", arguments->discard, "Remove FILE.tmp where FILE itself is whole");
 }
