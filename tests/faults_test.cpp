@@ -1,15 +1,14 @@
 // Every operation with each of its system calls failing in turn.
 #include <gtest/gtest.h>
-#include <sys/mman.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <new>
 
 #include "support/files.h"
 #include "support/operations.h"
+#include "support/shared.h"
 #include "support/syscalls.h"
 
 namespace {
@@ -56,20 +55,6 @@ struct Report {
   int error = 0;
 };
 
-class SharedReport {
- public:
-  SharedReport()
-      : report_(new (::mmap(nullptr, sizeof(Report), PROT_READ | PROT_WRITE,
-                            MAP_SHARED | MAP_ANONYMOUS, -1, 0)) Report) {}
-  ~SharedReport() { ::munmap(report_, sizeof *report_); }
-  SharedReport(const SharedReport&) = delete;
-  SharedReport& operator=(const SharedReport&) = delete;
-  Report* operator->() { return report_; }
-
- private:
-  Report* report_;
-};
-
 struct Played {
   Trace trace;
   std::string result;
@@ -79,19 +64,10 @@ struct Played {
   std::string outcome() const { return result + changes; }
 };
 
-// What one sorted list lacks of another, each entry behind the mark.
-std::string missing(const std::vector<std::string>& from, const std::vector<std::string>& list,
-                    const char* mark) {
-  std::string text;
-  for (const std::string& each : list)
-    if (!std::binary_search(from.begin(), from.end(), each)) text += mark + ("(" + each + ")");
-  return text;
-}
-
 Played play(const Operation& operation, const Faults& faults) {
-  SharedReport report;
+  Shared<Report> report;
   prepare(operation);
-  const std::vector<std::string> before = filesOfOperations();
+  const Changes changes;
   const auto body = [&] {
     errno = 0;
     operation.call(report->result);
@@ -99,8 +75,7 @@ Played play(const Operation& operation, const Faults& faults) {
   };
   Played played{trace(body, faults), report->result.text(), report->error, ""};
   if (played.trace.signal == SIGALRM) played.result = "waits for ever";
-  const std::vector<std::string> after = filesOfOperations();
-  played.changes = missing(after, before, " -") + missing(before, after, " +");
+  played.changes = changes.text();
   EXPECT_TRUE(played.trace.signal == 0 || played.trace.signal == SIGALRM)
       << operation.name << " died of signal " << played.trace.signal;
   EXPECT_EQ(0, played.trace.descriptorsLeft) << operation.name;

@@ -1,14 +1,12 @@
 #include "support/operations.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <zrcommon/logging.h>
 #include <zrcommon/network.h>
 #include <zrcommon/profile.h>
 #include <zrcommon/system.h>
 
-#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -26,7 +24,6 @@ constexpr char kOther[] = "/scratch/g";
 const std::string kInstalled = "/usr/lib/Valdrix/Valdrix/";
 const std::string kService = "/etc/init.d/service";
 
-void nothing() {}
 void smallFile() {
   putFile(kFile, "0123456789", 0600);
 }
@@ -158,7 +155,7 @@ void lookUp(Result& result) {
   result.say("%u %s", found, value);
 }
 void loadModule(Result& result) {
-  void* const module = ZRLoadLibrary((kInstalled + "libinet.so").c_str());
+  void* const module = ZRLoadLibrary("/usr/lib/Valdrix/Valdrix/libinet.so");
   result.say("%d", ZRGetProcAddress(module, "GetHeader") != nullptr);
   ZRFreeLibrary(module);
 }
@@ -223,24 +220,6 @@ void readFeatures(Result& result) {
   result.say("%d %s%.2s", got, error > 2 ? "errno " : error == 2 ? "2 " : "0 ", feature.bytes);
 }
 
-// What a file holds, if that is short; else how much. The loader's messages differ by machine, so
-// of a log the lines are counted.
-std::string contentOf(const fs::path& path) {
-  std::string content = getFile(path);
-  const auto lines = std::count(content.begin(), content.end(), '\n');
-  if (path.extension() == ".log") return std::to_string(lines) + " lines";
-  if (content.size() > 20) return std::to_string(content.size()) + " bytes";
-  std::replace(content.begin(), content.end(), '\r', '^');
-  std::replace(content.begin(), content.end(), '\n', '|');
-  return "'" + content + "'";
-}
-
-std::string describe(const fs::path& path) {
-  char mode[8];
-  std::snprintf(mode, sizeof mode, "%04o", modeOf(path));
-  return path.filename().string() + " " + contentOf(path) + " " + mode;
-}
-
 }  // namespace
 
 void Result::say(const char* format, ...) {
@@ -250,61 +229,43 @@ void Result::say(const char* format, ...) {
   va_end(arguments);
 }
 
-std::vector<std::string> filesOfOperations() {
-  std::vector<std::string> files;
-  for (const std::string& place : {std::string("/scratch"), kInstalled, std::string("/etc/init.d")})
-    for (const auto& entry : fs::directory_iterator(place))
-      if (entry.is_regular_file()) files.push_back(describe(entry.path()));
-  if (isThere("/zrcommon.log")) files.push_back(describe("/zrcommon.log"));
-  std::sort(files.begin(), files.end());
-  return files;
-}
-
-void prepare(const Operation& operation) {
-  for (const std::string& place : {std::string("/scratch"), kInstalled, std::string("/etc/init.d")})
-    for (const auto& entry : fs::directory_iterator(place))
-      if (entry.is_regular_file()) fs::remove(entry.path());
-  fs::remove("/zrcommon.log");
-  operation.prepare();
-}
-
 const std::vector<Operation>& systemOperations() {
   static const std::vector<Operation> operations = {
-      {"CZRLogger::WriteToLog into a new file", nothing, logLine},
-      {"CZRLogger::WriteToLog", smallFile, logLine},
-      {"CZRLogger::WriteToLog with a buffer size", smallFile, logLongLine},
-      {"WriteToLog into a new file", nothing, logPlainly},
-      {"WriteToLog", smallFile, logPlainly},
-      {"GetPrivateProfileString", profile, readText},
-      {"GetPrivateProfileInt", profile, readNumber},
-      {"WritePrivateProfileString", profile, writeEntry},
-      {"WriteToFile", smallFile, writeLine},
-      {"SaveInetOptions into a new file", nothing, saveOptions},
-      {"SaveInetOptions", options, saveOptions},
-      {"ReadInetOptions", options, readOptions},
-      {"ZRGetInetConfig", inetLibrary, getConfig},
-      {"ZRSendDataAndGetResponse", inetLibrary, fetch},
-      {"SendDataAndGetResponse", inetLibrary, fetchSimply},
-      {"ZRIsInternetConnectionOn", inetLibrary, askForFile},
-      {"CheckInternetConnection", directoryAndInet, checkConnection},
-      {"GetEthernetInterfacesDetails", nothing, listInterfaces},
-      {"GetFormattedMACAddress", nothing, listAddresses},
-      {"GetValueFromInfoEml", directory, lookUp},
-      {"ZRLoadLibrary", inetLibrary, loadModule},
-      {"ZRLoadLibrary of nothing there", nothing, loadModule},
-      {"ZRLoadLibrary of null", nothing, loadNothing},
-      {"GetZrPath", nothing, installPath},
-      {"GetAppPath", nothing, appPath},
-      {"GetModulePath", nothing, modulePath},
-      {"IsValidPath", smallFile, validPath},
-      {"ZRCopyFile to a new target", smallFile, copyKeepingMode},
-      {"ZRCopyFile", twoFiles, copyKeepingMode},
-      {"CopyFile", twoFiles, copyWideningMode},
-      {"GetUniqueFileName", nothing, uniqueName},
-      {"SearchInFile", smallFile, searchFile},
-      {"HandleService", service, handleService},
-      {"GetLocalTime", nothing, localTime},
-      {"GetZRFeaturesSetting", features, readFeatures},
+      {"CZRLogger::WriteToLog into a new file", logLine},
+      {"CZRLogger::WriteToLog", logLine, smallFile},
+      {"CZRLogger::WriteToLog with a buffer size", logLongLine, smallFile},
+      {"WriteToLog into a new file", logPlainly},
+      {"WriteToLog", logPlainly, smallFile},
+      {"GetPrivateProfileString", readText, profile},
+      {"GetPrivateProfileInt", readNumber, profile},
+      {"WritePrivateProfileString", writeEntry, profile},
+      {"WriteToFile", writeLine, smallFile},
+      {"SaveInetOptions into a new file", saveOptions},
+      {"SaveInetOptions", saveOptions, options},
+      {"ReadInetOptions", readOptions, options},
+      {"ZRGetInetConfig", getConfig, inetLibrary},
+      {"ZRSendDataAndGetResponse", fetch, inetLibrary},
+      {"SendDataAndGetResponse", fetchSimply, inetLibrary},
+      {"ZRIsInternetConnectionOn", askForFile, inetLibrary},
+      {"CheckInternetConnection", checkConnection, directoryAndInet},
+      {"GetEthernetInterfacesDetails", listInterfaces},
+      {"GetFormattedMACAddress", listAddresses},
+      {"GetValueFromInfoEml", lookUp, directory},
+      {"ZRLoadLibrary", loadModule, inetLibrary},
+      {"ZRLoadLibrary of nothing there", loadModule},
+      {"ZRLoadLibrary of null", loadNothing},
+      {"GetZrPath", installPath},
+      {"GetAppPath", appPath},
+      {"GetModulePath", modulePath},
+      {"IsValidPath", validPath, smallFile},
+      {"ZRCopyFile to a new target", copyKeepingMode, smallFile},
+      {"ZRCopyFile", copyKeepingMode, twoFiles},
+      {"CopyFile", copyWideningMode, twoFiles},
+      {"GetUniqueFileName", uniqueName},
+      {"SearchInFile", searchFile, smallFile},
+      {"HandleService", handleService, service},
+      {"GetLocalTime", localTime},
+      {"GetZRFeaturesSetting", readFeatures, features},
   };
   return operations;
 }
