@@ -4,6 +4,7 @@
 #include <zrcommon/profile.h>
 
 #include <csignal>
+#include <cstdio>
 
 #include "support/child.h"
 #include "support/files.h"
@@ -56,6 +57,7 @@ std::string statesOf(const std::string& before) {
   const std::size_t calls = trace(write).calls.size();
   const std::string after = getFile(kProfile);
   EXPECT_NE(before, after);
+  std::printf("%zu cuts\n", calls);
   std::string states;
   for (std::size_t call = 0; call < calls; ++call) {
     const std::string state = recoverFrom(before, after, call);

@@ -123,7 +123,7 @@ bool leavesTheReason(const Played& played, const Fault& fault, const std::string
          played.trace.signal != 0 || played.changes.find("zrcommon.log") != std::string::npos;
 }
 
-std::string playAll(const Operation& operation) {
+std::string playAll(const Operation& operation, int& runs) {
   const Played usual = play(operation, {});
   const std::vector<std::string>& calls = usual.trace.calls;
   Outcomes outcomes(usual.outcome());
@@ -131,6 +131,7 @@ std::string playAll(const Operation& operation) {
     const std::string place = placeOf(calls, at);
     for (const Fault& fault : faultsOf(calls[at])) {
       const Played played = play(operation, {{at, fault}});
+      ++runs;
       outcomes.add(played.outcome(), fault.kind == Fault::kShort ? place + ":short" : place);
       EXPECT_TRUE(played.result == usual.result || leavesTheReason(played, fault, calls[at]))
           << operation.name << ", " << place << ": " << played.outcome();
@@ -155,7 +156,9 @@ int playPairs(const Operation& operation, std::size_t at, const Fault& fault) {
 
 TEST(Faults, OneAtATime) {
   std::string report;
-  for (const Operation& operation : systemOperations()) report += playAll(operation);
+  int runs = 0;
+  for (const Operation& operation : systemOperations()) report += playAll(operation, runs);
+  std::printf("%d faults\n", runs);
   putFile(ZR_BUILD_DIR "/faults.txt", report);
   EXPECT_EQ(getFile(ZR_SOURCE_DIR "/tests/answers/faults.txt"), report);
 }

@@ -72,6 +72,10 @@ void logLongLine(Result& result) {
   CZRLogger(kFile, nullptr, "APP").WriteToLog(1, 100, "%d", 77);
   result.say("done");
 }
+void logUnfiltered(Result& result) {
+  CZRLogger(kFile, nullptr, "APP").WriteToFile("77");
+  result.say("done");
+}
 void logPlainly(Result& result) {
   WriteToLog(kFile, "text");
   result.say("done");
@@ -234,6 +238,7 @@ const std::vector<Operation>& systemOperations() {
       {"CZRLogger::WriteToLog into a new file", logLine},
       {"CZRLogger::WriteToLog", logLine, smallFile},
       {"CZRLogger::WriteToLog with a buffer size", logLongLine, smallFile},
+      {"CZRLogger::WriteToFile", logUnfiltered, smallFile},
       {"WriteToLog into a new file", logPlainly},
       {"WriteToLog", logPlainly, smallFile},
       {"GetPrivateProfileString", readText, profile},
