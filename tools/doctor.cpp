@@ -111,6 +111,21 @@ void checkFile(Report& report, const ProductFile& file) {
   report.good(line);
 }
 
+// What a writer of profiles that was ended half-way leaves behind.
+void checkLeftOvers(Report& report) {
+  std::error_code ignored;
+  for (const auto& entry : std::filesystem::directory_iterator(kInstallDirectory, ignored)) {
+    const std::filesystem::path& copy = entry.path();
+    if (copy.extension() != ".tmp") continue;
+    const std::string profile = copy.parent_path() / copy.stem();
+    const std::string advice = "; see zrtool profile recover " + profile;
+    if (::access(profile.c_str(), F_OK) == 0)
+      report.note("temporary file " + copy.string() + ": left over" + advice);
+    else
+      report.bad("temporary file " + copy.string() + ": what it was to replace is gone" + advice);
+  }
+}
+
 void checkNetlinkPorts(Report& report, const std::vector<std::string>& processes) {
   const NetlinkPorts ports = findTakenNetlinkPorts(processes);
   for (const auto& taken : ports.taken)
@@ -140,6 +155,7 @@ void examine(const DoctorArguments& arguments) {
   checkDirectory(report);
   checkInternetLibrary(report);
   for (const ProductFile& file : files) checkFile(report, file);
+  checkLeftOvers(report);
   checkLog(report);
   checkNetlinkPorts(report, arguments.processes);
   report.finish();
