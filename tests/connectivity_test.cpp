@@ -104,6 +104,9 @@ TEST_F(Connectivity, ToolSaysItInWords) {
   setBase("");
   EXPECT_EQ(0U, zrtool().err.find("zrtool: result 0, code 0: ")) << zrtool().err;
   EXPECT_EQ(1, zrtool().status);
+  setBase("http://here/");
+  EXPECT_EQ("{\"reachable\": true, \"code\": 0, \"reason\": \"the internet is reachable\"}\n",
+            run({ZR_BUILD_DIR "/zrtool", "check", "--json"}).out);
 }
 
 }  // namespace

@@ -106,6 +106,10 @@ TEST(Directory, ToolPacksListsAndGets) {
   putFile(kFile, record(1, "n", kFull) + record(2, "tab\tbed", "v") + "rest");
   const Outcome damaged = run({kTool, "directory", "list", kFile});
   EXPECT_EQ("1\tn\t" + kFull + "\n", damaged.out);
+  EXPECT_EQ("[\n  {\"number\": 1, \"name\": \"n\", \"value\": \"" + kFull +
+                "\"},\n  {\"number\": 2, \"name\": \"tab\\u0009bed\", \"value\": \"v\"}\n]\n",
+            run({kTool, "directory", "list", "--json"}).out);
+  EXPECT_EQ("zrtool: /scratch cannot be read\n", run({kTool, "directory", "list", "/scratch"}).err);
   EXPECT_NE(std::string::npos, damaged.err.find("record 2 holds a tab")) << damaged.err;
   EXPECT_NE(std::string::npos, damaged.err.find("4 bytes at the end")) << damaged.err;
 }

@@ -34,6 +34,7 @@ TEST(ProfileTool, Commands) {
       {{"set", file, "net", "x", std::string(257, 'v')}, 1, ""},
       {{"set", file + "x", "net", "x", "1"}, 1, ""},
       {{"lint", file + "x"}, 1, ""},
+      {{"lint", file, "--json"}, 0, "[]\n"},
       {{"get", file, "net"}, 2, ""},
   };
   for (const auto& row : rows) {
@@ -73,6 +74,9 @@ TEST(ProfileTool, LintRemarks) {
     EXPECT_EQ(expected, remarked(outcome.out, file)) << outcome.out;
     EXPECT_EQ(1, outcome.status);
   }
+  putFile(file, "[a]\nk=\"v\"\n");
+  EXPECT_EQ("[\n  {\"line\": 2, \"remark\": \"the quotes are part of the value\"}\n]\n",
+            runProfile({"lint", file, "--json"}).out);
 }
 
 }  // namespace
