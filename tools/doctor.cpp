@@ -40,9 +40,11 @@ void checkLibrary(Report& report) {
 // Any mode but 0666 keeps the components of some users from writing, until one of its owner does.
 void checkLog(Report& report) {
   constexpr char kLog[] = "/zrcommon.log";
-  const std::string line = std::string("log ") + kLog + ": ";
+  std::error_code noLink;
+  const std::string target = std::filesystem::read_symlink(kLog, noLink);
+  const std::string line = "log " + (std::string(kLog) + (noLink ? ": " : " -> " + target + ": "));
   struct stat status = {};
-  if (::lstat(kLog, &status) != 0)
+  if (::stat(kLog, &status) != 0)
     return errno == ENOENT ? report.note(line +
                                          "none; no module failed to load since it was last "
                                          "moved away, or only users who may not write to / "
