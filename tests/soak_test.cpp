@@ -60,6 +60,7 @@ void soak(const Operation& operation) {
   std::printf("%9ld calls, heap %+ld bytes, resident %+ld pages, descriptors %+d: %s\n", made,
               after.heapBytes - before.heapBytes, after.residentPages - before.residentPages,
               after.held.descriptors - before.held.descriptors, operation.name.c_str());
+  std::fflush(stdout);
   EXPECT_GT(4096, after.heapBytes - before.heapBytes) << operation.name;
   EXPECT_GT(64, after.residentPages - before.residentPages) << operation.name;
   EXPECT_EQ(before.held.descriptors, after.held.descriptors) << operation.name;

@@ -14,7 +14,7 @@ namespace {
 
 // No system call has this number; making it marks where the traced part begins and ends.
 constexpr long kMarker = 100000;
-constexpr unsigned int kPatience = 2;
+constexpr unsigned int kPatience = 3;
 constexpr int kSystemCallStop = SIGTRAP | 0x80;
 
 std::string nameOf(long number) {
