@@ -17,8 +17,14 @@ void* operator new(std::size_t size) {
   void* const memory = fails() ? nullptr : std::malloc(size);
   return memory ? memory : throw std::bad_alloc();
 }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+void* operator new[](std::size_t size) {
+  return operator new(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   return fails() ? nullptr : std::malloc(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept {
+  return operator new(size, nothrow);
 }
 void operator delete(void* memory) noexcept {
   std::free(memory);
@@ -33,18 +39,11 @@ void operator delete[](void* memory, std::size_t) noexcept {
   std::free(memory);
 }
 
+#ifndef __SANITIZE_ADDRESS__
+
+// What the loader, the streams and the time zone allocate. The sanitizer has its own of these.
 extern "C" {
 
-#ifdef __SANITIZE_ADDRESS__
-
-// So that the faults of faults_test reach the program instead of ending it.
-const char* __asan_default_options() {
-  return "allocator_may_return_null=1";
-}
-
-#else
-
-// What the loader, the shell and the time zone allocate. The sanitizer has its own of these.
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* memory, std::size_t size);
@@ -58,6 +57,6 @@ void* calloc(std::size_t count, std::size_t size) {
 void* realloc(void* memory, std::size_t size) {
   return fails() ? nullptr : __libc_realloc(memory, size);
 }
+}
 
 #endif
-}
