@@ -154,13 +154,22 @@ int playPairs(const Operation& operation, std::size_t at, const Fault& fault) {
   return runs;
 }
 
+// The answers, without the calls that the address sanitizer hides.
+std::string answers() {
+  std::string text = getFile(ZR_SOURCE_DIR "/tests/answers/faults.txt");
+#ifdef __SANITIZE_ADDRESS__
+  for (std::size_t at = 0; (at = text.find(" mmap")) != text.npos;) text.erase(at, 5);
+#endif
+  return text;
+}
+
 TEST(Faults, OneAtATime) {
   std::string report;
   int runs = 0;
   for (const Operation& operation : systemOperations()) report += playAll(operation, runs);
   std::printf("%d faults\n", runs);
   putFile(ZR_BUILD_DIR "/faults.txt", report);
-  EXPECT_EQ(getFile(ZR_SOURCE_DIR "/tests/answers/faults.txt"), report);
+  EXPECT_EQ(answers(), report);
 }
 
 // Takes minutes; scripts/faults runs it. What has to hold is that nothing crashes, stays open or

@@ -1,6 +1,5 @@
 // Hosts of every kind: with a locale, with children, with constructors that cannot wait for main,
-// with plug-ins that come and go, with many processes at one log.
-#include <dlfcn.h>
+// with many processes at one log.
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
@@ -12,7 +11,6 @@
 
 #include <algorithm>
 #include <clocale>
-#include <filesystem>
 
 #include "support/child.h"
 #include "support/files.h"
@@ -81,23 +79,6 @@ TEST(Hosts, Fork) {
   const Outcome child = runForked([&] { return allOutcomes() == usual ? 0 : 1; });
   EXPECT_EQ(0, child.status) << child.err;
   EXPECT_EQ(usual, allOutcomes());
-}
-
-TEST(Hosts, LoadAndUnloadAThousandTimes) {
-  const std::string copy = "/scratch/plugin.so";
-  std::filesystem::copy_file(ZR_BUILD_DIR "/libzrcommon.so.1", copy);
-  const auto loadOnce = [&] {
-    void* const library = ::dlopen(copy.c_str(), RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(nullptr, library) << ::dlerror();
-    const auto length = reinterpret_cast<decltype(&my_strlen)>(::dlsym(library, "my_strlen"));
-    EXPECT_NE(&my_strlen, length) << "this is to be a library of its own";
-    EXPECT_EQ(3U, length("abc"));
-    EXPECT_EQ(0, ::dlclose(library));
-  };
-  loadOnce();
-  const std::string mapped = getFile("/proc/self/maps");
-  for (int i = 0; i < 1000; ++i) loadOnce();
-  EXPECT_EQ(mapped, getFile("/proc/self/maps"));
 }
 
 constexpr int kWriters = 8;

@@ -1,18 +1,21 @@
 // Calls every operation again and again and looks whether the process grows: briefly as a test, for
 // long as scripts/soak sets it.
 #include <cxxabi.h>
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <malloc.h>
-#include <unistd.h>
+#include <zrcommon/strings.h>
 
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <set>
 #include <sstream>
 
 #include "support/child.h"
+#include "support/files.h"
 #include "support/footprint.h"
 #include "support/operations.h"
 
@@ -60,6 +63,7 @@ void soak(const Operation& operation) {
   std::printf("%9ld calls, heap %+ld bytes, resident %+ld pages, descriptors %+d: %s\n", made,
               after.heapBytes - before.heapBytes, after.residentPages - before.residentPages,
               after.held.descriptors - before.held.descriptors, operation.name.c_str());
+  std::fflush(stdout);
   EXPECT_GT(4096, after.heapBytes - before.heapBytes) << operation.name;
   EXPECT_GT(64, after.residentPages - before.residentPages) << operation.name;
   EXPECT_EQ(before.held.descriptors, after.held.descriptors) << operation.name;
@@ -69,6 +73,23 @@ void soak(const Operation& operation) {
 TEST(Soak, NothingGrows) {
   for (const auto* operations : {&systemOperations(), &pureOperations()})
     for (const Operation& operation : *operations) soak(operation);
+}
+
+TEST(Soak, TheLibraryComesAndGoesAThousandTimes) {
+  const std::string copy = "/scratch/plugin.so";
+  std::filesystem::copy_file(ZR_BUILD_DIR "/libzrcommon.so.1", copy);
+  const auto loadOnce = [&] {
+    void* const library = ::dlopen(copy.c_str(), RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(nullptr, library) << ::dlerror();
+    const auto length = reinterpret_cast<decltype(&my_strlen)>(::dlsym(library, "my_strlen"));
+    EXPECT_NE(&my_strlen, length) << "this is to be a library of its own";
+    EXPECT_EQ(3U, length("abc"));
+    EXPECT_EQ(0, ::dlclose(library));
+  };
+  loadOnce();
+  const std::string mapped = getFile("/proc/self/maps");
+  for (int i = 0; i < 1000; ++i) loadOnce();
+  EXPECT_EQ(mapped, getFile("/proc/self/maps"));
 }
 
 // "CCrypt::Encrypt" for any spelling of it.

@@ -24,7 +24,7 @@ struct Trace {
   int descriptorsLeft = 0;         ///< opened and not closed
 };
 
-/// Runs @p body in a traced child, with faults. A child that still waits after two seconds is ended
+/// Runs @p body in a traced child, with faults. A child that still waits after three seconds is ended
 /// by SIGALRM.
 Trace trace(const std::function<void()>& body, const Faults& faults = {});
 
