@@ -1,8 +1,20 @@
-#ifndef ZRCOMMON_TESTS_SUPPORT_DICE_H
-#define ZRCOMMON_TESTS_SUPPORT_DICE_H
+#ifndef ZRCOMMON_TESTS_SUPPORT_TEST_H
+#define ZRCOMMON_TESTS_SUPPORT_TEST_H
 
-#include <cstddef>
+#include <gtest/gtest.h>
+
 #include <random>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "support/child.h"
+#include "support/files.h"
+#include "support/guarded.h"
+
+/// What a test goes through, row by row.
+template <typename... Field>
+using Rows = std::vector<std::tuple<Field...>>;
 
 /// Chance that falls the same way in every run.
 class Dice {
@@ -20,4 +32,4 @@ class Dice {
   std::mt19937 engine_{20240229};
 };
 
-#endif  // ZRCOMMON_TESTS_SUPPORT_DICE_H
+#endif  // ZRCOMMON_TESTS_SUPPORT_TEST_H
