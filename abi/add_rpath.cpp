@@ -57,13 +57,13 @@ const char* addRpath(Image& image) {
 
 int main(int argc, char** argv) {
   if (argc != 2) {
-    std::fputs("usage: add_rpath SHARED_OBJECT\n", stderr);
+    (void)std::fputs("usage: add_rpath SHARED_OBJECT\n", stderr);
     return 2;
   }
   std::fstream file(argv[1], std::ios::in | std::ios::out | std::ios::binary);
   Image image{std::istreambuf_iterator<char>(file), {}};
   if (const char* problem = addRpath(image)) {
-    std::fprintf(stderr, "add_rpath: %s: %s\n", argv[1], problem);
+    (void)std::fprintf(stderr, "add_rpath: %s: %s\n", argv[1], problem);
     return 1;
   }
   file.clear();

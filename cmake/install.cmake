@@ -18,6 +18,19 @@ configure_file(packaging/zrcommon.pc.in zrcommon.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zrcommon.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
   COMPONENT development)
 
+# The reference is there once scripts/reference has made it.
+set(reference ${PROJECT_SOURCE_DIR}/build/reference)
+install(DIRECTORY ${reference}/html DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libzrcommon-dev
+  COMPONENT development OPTIONAL)
+install(DIRECTORY ${reference}/man/man3 DESTINATION ${CMAKE_INSTALL_MANDIR}
+  COMPONENT development OPTIONAL)
+
 if(ZRCOMMON_BUILD_TOOLS)
   install(TARGETS zrtool DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+  set(manual ${PROJECT_BINARY_DIR}/packaging/zrtool.1)
+  configure_file(tools/zrtool.1 ${manual} COPYONLY)
+  execute_process(COMMAND gzip -9nkf ${manual} COMMAND_ERROR_IS_FATAL ANY)
+  install(FILES ${manual}.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
+  install(FILES tools/zrtool.bash-completion RENAME zrtool
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tool)
 endif()

@@ -22,7 +22,7 @@ bool isFiltered(unsigned int levelMask) {
 // Out of line, so that a filtered message pays for no buffer.
 [[gnu::noinline]] void writeFormatted(CZRLogger& logger, const char* format, va_list arguments) {
   char message[kMessageBytes];
-  std::vsnprintf(message, sizeof message, format, arguments);
+  (void)std::vsnprintf(message, sizeof message, format, arguments);
   logger.WriteToFile(message);
 }
 
@@ -57,7 +57,7 @@ void CZRLogger::WriteToLog(unsigned int levelMask, unsigned int bufferSize, cons
   if (!message) return;
   va_list arguments;
   va_start(arguments, format);
-  std::vsnprintf(message.get(), bufferSize, format, arguments);
+  (void)std::vsnprintf(message.get(), bufferSize, format, arguments);
   va_end(arguments);
   WriteToFile(message.get());
 }

@@ -34,5 +34,5 @@ void WriteToFile(char* line, FILE* stream) {
   const std::size_t length = std::strlen(line);
   line[length] = '\n';
   line[length + 1] = '\0';
-  std::fwrite(line, 1, length + 1, stream);
+  (void)std::fwrite(line, 1, length + 1, stream);
 }

@@ -40,7 +40,7 @@ inline std::string_view trimmed(std::string_view text) {
 /// How many bytes of @p bytes, which begin with a piece, belong to it.
 inline std::size_t pieceLength(std::string_view bytes) {
   const auto lineFeed = bytes.substr(0, kPieceLength).find('\n');
-  return lineFeed == bytes.npos ? std::min(bytes.size(), kPieceLength) : lineFeed + 1;
+  return lineFeed == std::string_view::npos ? std::min(bytes.size(), kPieceLength) : lineFeed + 1;
 }
 
 /// Where the last line of @p bytes begins.
@@ -66,7 +66,7 @@ inline bool isComment(std::string_view text) {
 /// The section that a header names; none if it has no "]".
 inline std::optional<std::string_view> sectionOf(std::string_view header) {
   const auto end = header.find(']');
-  if (end == header.npos) return std::nullopt;
+  if (end == std::string_view::npos) return std::nullopt;
   return trimmed(header.substr(1, end - 1));
 }
 
@@ -78,7 +78,7 @@ inline std::string_view keyOf(std::string_view entry) {
 /// The value of an entry; none if it has no "=".
 inline std::optional<std::string_view> valueOf(std::string_view entry) {
   const auto equals = entry.find('=');
-  if (equals == entry.npos) return std::nullopt;
+  if (equals == std::string_view::npos) return std::nullopt;
   return trimmed(entry.substr(equals + 1));
 }
 

@@ -27,7 +27,7 @@ inline std::size_t pieceEnd(std::string_view pieces, std::size_t start) {
 inline std::size_t findHeader(std::string_view pieces, std::size_t known) {
   for (;;) {
     const std::size_t bracket = pieces.find('[', known);
-    if (bracket == pieces.npos) return bracket;
+    if (bracket == std::string_view::npos) return bracket;
     const std::size_t start = pieceStart(pieces, known, bracket);
     if (trimmedLeft(pieces.substr(start, bracket - start)).empty()) return start;
     known = pieceEnd(pieces, start);
@@ -36,12 +36,12 @@ inline std::size_t findHeader(std::string_view pieces, std::size_t known) {
 
 /// Where the first header ends that names the section; npos if none does.
 inline std::size_t findSection(std::string_view pieces, std::string_view section) {
-  for (std::size_t start = 0; (start = findHeader(pieces, start)) != pieces.npos;) {
+  for (std::size_t start = 0; (start = findHeader(pieces, start)) != std::string_view::npos;) {
     const std::size_t end = pieceEnd(pieces, start);
     if (namesSection(textOf(pieces.substr(start, end - start)), section)) return end;
     start = end;
   }
-  return pieces.npos;
+  return std::string_view::npos;
 }
 
 /// Takes everything through the header of the section, and shows it run by run to @p visit; false,
@@ -53,7 +53,7 @@ bool takeThroughHeader(LineSource& profile, std::string_view section, Visit visi
     const std::size_t end = findSection(pieces, section);
     visit(pieces.substr(0, end));
     profile.skip(std::min(end, pieces.size()));
-    if (end != pieces.npos) return true;
+    if (end != std::string_view::npos) return true;
   }
   return false;
 }

@@ -50,7 +50,7 @@ bool isTrimmedLine(std::string_view piece) {
 // Kept: lines in front of the change are rewritten trimmed and with LF, those behind it are not, so
 // files with mixed line ends result (test ProfileWriting.Files)
 void appendTrimmed(OutputFile& copy, std::string_view pieces) {
-  const bool hasZeros = pieces.find('\0') != pieces.npos;
+  const bool hasZeros = pieces.find('\0') != std::string_view::npos;
   std::size_t run = 0;
   for (std::size_t start = 0, end = 0; start < pieces.size(); start = end) {
     end = pieceEnd(pieces, start);
@@ -93,7 +93,7 @@ void copyThroughEntry(LineSource& profile, const Change& change, OutputFile& cop
 // zero bytes have always come out so (test ProfileWriting.Files)
 void appendVisible(OutputFile& copy, std::string_view pieces) {
   std::size_t known = 0;
-  for (std::size_t zero = 0; (zero = pieces.find('\0', known)) != pieces.npos;) {
+  for (std::size_t zero = 0; (zero = pieces.find('\0', known)) != std::string_view::npos;) {
     copy.append(pieces.substr(known, zero - known));
     known = pieceEnd(pieces, pieceStart(pieces, known, zero));
   }

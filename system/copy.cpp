@@ -35,7 +35,7 @@ Copied copy(const char* sourcePath, const char* targetPath) {
 // errno stays that of the write before it.
 void discard(const char* path) {
   const ErrnoKeeper keeper;
-  std::remove(path);
+  (void)std::remove(path);
 }
 
 }  // namespace

@@ -20,7 +20,8 @@ void* ZRLoadLibrary(const char* name) {
   // be this library.
   void* const module = ::dlopen(name, RTLD_NOW);
   if (!module) {
-    std::snprintf(szErrMsg, sizeof szErrMsg, "In ZRLoadLibrary(): dlopen Error!!!%s", ::dlerror());
+    (void)std::snprintf(szErrMsg, sizeof szErrMsg, "In ZRLoadLibrary(): dlopen Error!!!%s",
+                        ::dlerror());
     WriteToLog(kModuleLog, szErrMsg);
   }
   return module;

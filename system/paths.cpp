@@ -37,13 +37,14 @@ int GetAppPath(char* buffer, int bufferSize) {
 int GetModulePath(char* buffer) {
   if (!buffer) return 0;
   char link[kProcPathBytes];
-  std::snprintf(link, sizeof link, "/proc/%d/exe", static_cast<int>(::getpid()));
+  (void)std::snprintf(link, sizeof link, "/proc/%d/exe", static_cast<int>(::getpid()));
   char path[kPathBytes + 1] = {};
   if (::readlink(link, path, kPathBytes) < 0) return 0;
   char* const slash = std::strrchr(path, '/');
   if (!slash || slash + 1 == path + kPathBytes) return 0;
-  slash[1] = '\0';
-  std::strcpy(buffer, path);
+  const auto length = static_cast<std::size_t>(slash + 1 - path);
+  std::memcpy(buffer, path, length);
+  buffer[length] = '\0';
   return 1;
 }
 

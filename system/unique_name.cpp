@@ -40,6 +40,7 @@ int GetUniqueFileName(const char* directory, const char* prefix, const char* ext
   do {
     if (!draw(path, directory, slash, prefix, usableExtension(extension))) return 0;
   } while (exists(path));
-  std::strcpy(name, path + length + std::strlen(slash));
+  const char* const drawn = path + length + std::strlen(slash);
+  std::memcpy(name, drawn, std::strlen(drawn) + 1);
   return 1;
 }

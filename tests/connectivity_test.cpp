@@ -14,7 +14,7 @@ void setBase(S base) {
   base.resize(260);
   record += base;
   Encrypt(reinterpret_cast<unsigned char*>(record.data()), static_cast<int>(record.size()));
-  putFile(kInstalled + "infoeml.dat", record);
+  putFile(kInstallation + "infoeml.dat", record);
 }
 
 // Result and code of the check, then the calls that the internet library got.
@@ -55,7 +55,7 @@ TEST(Connectivity, BaseAddressEndsInOneSlash) {
                                                  {longest + "xxxxxx", "0 0: "},
                                                  {"", "0 0: "}})
     EXPECT_EQ(expected, check(base, "present 1")) << base;
-  std::remove((kInstalled + "infoeml.dat").c_str());
+  std::remove((kInstallation + "infoeml.dat").c_str());
   unsigned int error = 7;
   EXPECT_EQ(0U, CheckInternetConnection(nullptr) + CheckInternetConnection(&error) + error);
 }
@@ -75,6 +75,8 @@ TEST(Connectivity, ToolSaysItInWords) {
   const ScriptedInet inet("present 1 here");
   setBase("http://here/");
   EXPECT_EQ("result 1, code 0: the internet is reachable\n", runTool({"check"}).out);
+  EXPECT_EQ("{\"reachable\": true, \"code\": 0, \"reason\": \"the internet is reachable\"}\n",
+            runTool({"check", "--json"}).out);
   setBase("http://away/");
   EXPECT_EQ("zrtool: result 0, code 105: neither msg32.htm nor msg32.bin was reached\n",
             runTool({"check"}).err);

@@ -6,7 +6,7 @@ namespace {
 
 using S = std::string;
 
-const S kFile = kInstalled + "infoeml.dat";
+const S kFile = kInstallation + "infoeml.dat";
 const S kFull(260, 'n');
 
 S plainRecord(unsigned int number, S name, S value) {
@@ -91,6 +91,10 @@ TEST(Directory, ToolPacksListsAndGets) {
   putFile(kFile, record(1, "n", kFull) + record(2, "tab\tbed", "v") + "rest");
   const Outcome damaged = runTool({"directory", "list", kFile});
   EXPECT_EQ("1\tn\t" + kFull + "\n", damaged.out);
+  EXPECT_EQ("[\n  {\"number\": 1, \"name\": \"n\", \"value\": \"" + kFull +
+                "\"},\n  {\"number\": 2, \"name\": \"tab\\u0009bed\", \"value\": \"v\"}\n]\n",
+            runTool({"directory", "list", "--json"}).out);
+  EXPECT_EQ("zrtool: /scratch cannot be read\n", runTool({"directory", "list", "/scratch"}).err);
   for (const char* part : {"record 2 holds a tab", "4 bytes at the end"})
     EXPECT_NE(S::npos, damaged.err.find(part)) << damaged.err;
 }

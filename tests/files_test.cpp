@@ -24,12 +24,12 @@ S bytes(std::size_t count) {
 
 TEST(Paths, InstallationDirectoryOnlyIfItIsThere) {
   Guarded buffer(26);
-  ASSERT_EQ(0, ::rename(kInstalled.c_str(), "/usr/lib/Valdrix/away"));
+  ASSERT_EQ(0, ::rename(kInstallation.c_str(), "/usr/lib/Valdrix/away"));
   EXPECT_EQ(0, GetZrPath(buffer.data()));
   EXPECT_EQ(S(26, '#'), buffer.bytes());
-  ASSERT_EQ(0, ::rename("/usr/lib/Valdrix/away", kInstalled.c_str()));
+  ASSERT_EQ(0, ::rename("/usr/lib/Valdrix/away", kInstallation.c_str()));
   EXPECT_EQ(1, GetZrPath(buffer.data()));
-  EXPECT_EQ(kInstalled + '\0', buffer.bytes());
+  EXPECT_EQ(kInstallation + '\0', buffer.bytes());
   EXPECT_EQ(0, GetZrPath(nullptr));
 }
 
@@ -67,7 +67,7 @@ TEST(Paths, ModulePathCutsTheExecutablesPath) {
     const S module = length <= 259 ? directory : length == 260 ? "" : parent;
     const Outcome outcome = run({directory + "z", "paths"});
     EXPECT_EQ(module.empty() ? 1 : 0, outcome.status) << outcome.err;
-    EXPECT_EQ("installation  " + kInstalled + "\napplication   " + directory + "\n" +
+    EXPECT_EQ("installation  " + kInstallation + "\napplication   " + directory + "\n" +
                   (module.empty() ? "" : "module        " + module + "\n"),
               outcome.out);
   }

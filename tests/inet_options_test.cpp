@@ -97,10 +97,10 @@ TEST(InetOptions, ConfigIsZerosWithoutAWholeFile) {
     auto* const config = memory.data<tagZRINETCONFIG>();
     EXPECT_EQ(0U, ZRGetInetConfig(config, nullptr));
     EXPECT_EQ(std::string(786, '#'), memory.bytes());
-    if (size) putFile(kInstalled + "zrinet.opt", std::string(size, 'x'));
+    if (size) putFile(kInstallation + "zrinet.opt", std::string(size, 'x'));
     EXPECT_EQ(1U, ZRGetInetConfig(config, &error));
     EXPECT_EQ(std::string(786, size == 788 ? 'x' : '\0'), memory.bytes()) << size;
   }
   EXPECT_EQ(77U, error);
-  std::filesystem::remove(kInstalled + "zrinet.opt");
+  std::filesystem::remove(kInstallation + "zrinet.opt");
 }

@@ -31,7 +31,8 @@ class PlainProfile {
   }
 
   /// The file that results, written to @p path.
-  void write(const std::string& value, const std::string& path) {
+  /// @return where in the old file the rest begins, which is copied as it is
+  long write(const std::string& value, const std::string& path) {
     copy_ = std::fopen(path.c_str(), "w");
     bool found = false;
     while (!found && next()) {
@@ -42,8 +43,10 @@ class PlainProfile {
     while (next() && *text_ != '[' && !isEntry()) put(text_);
     put(key_ + "=" + value);
     if (text_ && *text_ == '[') put(text_);
+    const long rest = std::ftell(file_);
     while (std::fgets(line_, 1024, file_)) std::fwrite(line_, 1, std::strlen(line_), copy_);
     std::fclose(copy_);
+    return rest;
   }
 
  private:

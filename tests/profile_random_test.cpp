@@ -94,7 +94,8 @@ TEST(ProfileTool, Commands) {
            {{"set", file, "net", "#x", "1"}, 1, ""},
            {{"set", file, "net", "x", std::string(257, 'v')}, 1, ""},
            {{"set", file + "x", "net", "x", "1"}, 1, ""},
-           {{"lint", file + "x"}, 1, ""}}) {
+           {{"lint", file + "x"}, 1, ""},
+           {{"lint", file, "--json"}, 0, "[]\n"}}) {
     std::vector<std::string> words = arguments;
     words.insert(words.begin(), "profile");
     const Outcome outcome = runTool(words);
@@ -126,4 +127,7 @@ TEST(ProfileTool, LintRemarks) {
     EXPECT_EQ(expected, lines) << outcome.out;
     EXPECT_EQ(1, outcome.status);
   }
+  putFile(file, "[a]\nk=\"v\"\n");
+  EXPECT_EQ("[\n  {\"line\": 2, \"remark\": \"the quotes are part of the value\"}\n]\n",
+            runTool({"profile", "lint", file, "--json"}).out);
 }

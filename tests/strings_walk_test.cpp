@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "support/test.h"
+#include "text/occurrences.h"
 
 namespace {
 
@@ -141,5 +142,24 @@ TEST(Search, AgreesWithTheModel) {
         const std::string text = std::string(3000, 'a') + end, pattern = run + middle + run;
         expectAt(modelSearch(text, pattern), text, pattern);
       }
+  }
+}
+
+// A one in front of the bits makes words of every length of them.
+TEST(Search, EveryOccurrenceOfEveryPattern) {
+  const auto word = [](unsigned int bits) {
+    std::string text;
+    for (; bits > 1; bits /= 2) text += bits % 2 ? 'b' : 'a';
+    return text;
+  };
+  for (unsigned int textBits = 2048; textBits < 4096; ++textBits) {
+    const std::string text = word(textBits);
+    for (unsigned int patternBits = 2; patternBits < 512; ++patternBits) {
+      const std::string pattern = word(patternBits);
+      Occurrences<char> places(text.data(), text.size(), pattern.data(), pattern.size());
+      for (std::size_t at = text.find(pattern); at != text.npos; at = text.find(pattern, at + 1))
+        ASSERT_EQ(at, places.next()) << pattern << " in " << text;
+      ASSERT_EQ(SIZE_MAX, places.next()) << pattern << " in " << text;
+    }
   }
 }

@@ -179,7 +179,7 @@ TEST(Process, GetPidFindsNothing) {
 }
 
 TEST(Features, Files) {
-  const S path = kInstalled + "zrfeature.dat";
+  const S path = kInstallation + "zrfeature.dat";
   const S content("\0\1\2\xFF\4\5\6\7\10\11\12more than that", 26);
   tagZR_FEATURE feature = {};
   unsigned int error = 77;

@@ -23,6 +23,8 @@ TEST(SystemTool, Commands) {
       {{"find", "ANA", "/scratch/f"}, 0, "0\n4\n6\n3021\n", ""},
       {{"find", "Ana", "/scratch/f"}, 1, "", "lower-case"},
       {{"find", "PEAR", "/scratch/f"}, 1, "", "nothing found in"},
+      {{"find", "ANA", "/scratch/f", "--json"}, 0, "[0, 4, 6, 3021]\n", ""},
+      {{"find", "PEAR", "/scratch/f", "--json"}, 1, "[]\n", "nothing found in"},
       {{"find", "PEAR", "/scratch"}, 1, "", "directory"},
       {{"find", std::string(2043, 'A'), "/scratch/f"}, 1, "", "2042"},
       {{"service", "svc", "restart"}, 0, "", ""},
@@ -30,6 +32,7 @@ TEST(SystemTool, Commands) {
       {{"service", "svc", "jump"}, 2, "", "ACTION"},
       {{"features"}, 0, "61 62 63 64 65 66 67 68 69 6a 6b\n", ""},
       {{"time"}, 0, "*", ""},
+      {{"time", "--json"}, 0, "*", ""},
   };
   for (const auto& row : rows) {
     std::vector<std::string> command = row.arguments;
@@ -40,6 +43,8 @@ TEST(SystemTool, Commands) {
     EXPECT_NE(std::string::npos, outcome.err.find(row.err)) << command[1] << outcome.err;
     EXPECT_EQ(std::string(row.err).empty(), outcome.err.empty()) << outcome.err;
   }
+  const std::string paths = run({ZR_BUILD_DIR "/zrtool", "paths", "--json"}).out;
+  EXPECT_EQ(0U, paths.find("{\"installation\": \"/usr/lib/Valdrix/Valdrix/\", \"application\": "));
   EXPECT_EQ(0600U, modeOf("/scratch/new"));
   EXPECT_EQ(0777U, modeOf("/scratch/all"));
   EXPECT_EQ("restart\n", getFile("/scratch/done"));

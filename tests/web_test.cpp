@@ -92,7 +92,7 @@ Function* entry(void* module, const char* name) {
 }
 
 void* openModule() {
-  return ::dlopen((kInstalled + "libinet.so").c_str(), RTLD_NOW);
+  return ::dlopen((kInstallation + "libinet.so").c_str(), RTLD_NOW);
 }
 
 int presence(const S& url) {
@@ -159,7 +159,7 @@ TEST_F(Web, TellsPresence) {
 }
 
 TEST_F(Web, ChecksTheConnection) {
-  const S directory = kInstalled + "infoeml.dat";
+  const S directory = kInstallation + "infoeml.dat";
   ASSERT_EQ(
       0, runTool({"directory", "pack", directory}, "12\tConnection Check\thttp://127.0.0.1:8080\n")
              .status);

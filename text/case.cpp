@@ -1,4 +1,8 @@
+#include <algorithm>
+#include <array>
 #include <cctype>
+#include <cstdint>
+#include <cstring>
 
 #include "text/length.h"
 #include "zrcommon/strings.h"
@@ -47,6 +51,14 @@ WideUnit* changeCase(WideUnit* text, unsigned char firstLetter) {
   return text;
 }
 
+constexpr std::array<std::int32_t, 256> makeAsciiUpper() {
+  std::array<std::int32_t, 256> upper = {};
+  for (std::int32_t byte = 0; byte < 256; ++byte)
+    upper[static_cast<std::size_t>(byte)] = byte >= 'a' && byte <= 'z' ? byte - kCaseBit : byte;
+  return upper;
+}
+constexpr std::array<std::int32_t, 256> kAsciiUpper = makeAsciiUpper();
+
 }  // namespace
 
 char* My_StrLwr(char* text) {
@@ -69,8 +81,16 @@ unsigned short* my_wcsupr(unsigned short* text) {
   return changeCase(text, 'a');
 }
 
+// toupper() is a look-up in the locale's table. Where that table changes the letters of ASCII and
+// nothing else, as in most locales, the fast loops do the same.
 int strUpr(char* text, int length) {
-  for (int i = 0; i < length; ++i)
-    text[i] = static_cast<char>(std::toupper(static_cast<unsigned char>(text[i])));
+  if (length <= 0) return 1;
+  auto* const bytes = reinterpret_cast<unsigned char*>(text);
+  const std::int32_t* const upper = *::__ctype_toupper_loc();
+  if (std::memcmp(upper, kAsciiUpper.data(), sizeof kAsciiUpper) == 0)
+    changeCase(bytes, static_cast<std::size_t>(length), static_cast<unsigned char>('a'));
+  else
+    std::transform(bytes, bytes + length, bytes,
+                   [upper](unsigned char byte) { return static_cast<unsigned char>(upper[byte]); });
   return 1;
 }

@@ -1,4 +1,5 @@
 #include "text/length.h"
+#include "text/occurrences.h"
 #include "zrcommon/strings.h"
 
 namespace {
@@ -39,50 +40,23 @@ bool matchesAt(const Unit* text, const Unit* pattern, std::size_t length, std::s
   return front == length / 2;
 }
 
-// A sum over as many units as the pattern has, its middle left out as above: pushed along a text
-// it costs the same at every place, and only where it equals the pattern's is there a match.
+// Looks for the half in front of the middle and the half behind it, and where both are in their
+// places there is a match. Takes time in proportion to the text, whatever it holds.
 template <typename Unit>
-class RollingSum {
- public:
-  RollingSum(const Unit* units, std::size_t length) : units_(units), length_(length) {
-    for (std::size_t i = 0; i < length; ++i) {
-      if (i == length / 2) middleFactor_ = leavingFactor_;
-      sum_ = sum_ * kBase + asSummand(units[i]);
-      leavingFactor_ *= kBase;
-    }
-  }
-
-  std::uint64_t value() const {
-    return length_ % 2 ? sum_ - asSummand(units_[length_ / 2]) * middleFactor_ : sum_;
-  }
-
-  void push() {
-    sum_ = sum_ * kBase + (asSummand(units_[length_]) - asSummand(*units_) * leavingFactor_);
-    ++units_;
-  }
-
- private:
-  static constexpr std::uint64_t kBase = 0x9E3779B97F4A7C15;
-
-  static std::uint64_t asSummand(Unit unit) { return static_cast<std::uint64_t>(unit); }
-
-  const Unit* units_;
-  std::size_t length_;
-  std::uint64_t sum_ = 0;
-  std::uint64_t leavingFactor_ = 1;
-  std::uint64_t middleFactor_ = 1;
-};
-
-template <typename Unit>
-const Unit* searchBySums(const Unit* text, std::size_t textLength, const Unit* pattern,
+const Unit* searchHalves(const Unit* text, std::size_t textLength, const Unit* pattern,
                          std::size_t length) {
-  const std::uint64_t wanted = RollingSum<Unit>(pattern, length).value();
-  RollingSum<Unit> sum(text, length);
-  std::size_t effort = 0;
-  for (std::size_t at = 0;; ++at, sum.push()) {
-    if (sum.value() == wanted && matchesAt(text + at, pattern, length, effort)) return text + at;
-    if (at == textLength - length) return nullptr;
-  }
+  const std::size_t half = length / 2;
+  const std::size_t second = length - half;
+  Occurrences<Unit> fronts(text, textLength - second, pattern, half);
+  Occurrences<Unit> backs(text + second, textLength - second, pattern + second, half);
+  std::size_t front = fronts.next();
+  std::size_t back = backs.next();
+  while (front != back)
+    if (front < back)
+      front = fronts.next();
+    else
+      back = backs.next();
+  return front == Occurrences<Unit>::kNone ? nullptr : text + front;
 }
 
 // Goes from one place with the pattern's first unit to the next. Texts that make this slow are
@@ -102,7 +76,7 @@ const Unit* search(const Unit* text, const Unit* pattern) {
     if (at > last) break;
     if (matchesAt(text + at, pattern, length, effort)) return text + at;
     if (effort > textLength && at < last)
-      return searchBySums(text + at + 1, textLength - at - 1, pattern, length);
+      return searchHalves(text + at + 1, textLength - at - 1, pattern, length);
   }
   return nullptr;
 }

@@ -2,32 +2,30 @@
 
 #include <iostream>
 
-#include "tools/commands.h"
+#include "tools/codes.h"
+#include "tools/json.h"
 
 namespace {
 
-std::string reasonOf(unsigned int error) {
-  switch (error) {
-    case 140:
-      return "msg32.htm was not reached, though msg32.bin beside it was";
-    case 105:
-      return "neither msg32.htm nor msg32.bin was reached";
-    default:
-      return "entry 12, \"Connection Check\", of the server directory is missing, empty or too "
-             "long, so nothing was asked";
-  }
-}
-
-void check() {
+void check(bool json) {
   unsigned int error = 0;
-  if (!CheckInternetConnection(&error))
-    throw Refusal("result 0, code " + std::to_string(error) + ": " + reasonOf(error));
-  std::cout << "result 1, code " << error << ": the internet is reachable\n";
+  const bool isReached = CheckInternetConnection(&error) == 1;
+  const std::string reason = inWords(isReached ? CodeOf::kReached : CodeOf::kNotReached, error);
+  const std::string line = std::string("result ") + (isReached ? "1" : "0") + ", code " +
+                           std::to_string(error) + ": " + reason;
+  if (json)
+    printJson(JsonObject().add("reachable", isReached).add("code", error).add("reason", reason));
+  else if (isReached)
+    std::cout << line << '\n';
+  if (!isReached) throw Refusal(line);
 }
 
 }  // namespace
 
 void addCheckCommand(CLI::App& app) {
-  app.add_subcommand("check", "Tell whether the internet is reachable, and if not, why")
-      ->callback(check);
+  auto* command =
+      app.add_subcommand("check", "Tell whether the internet is reachable, and if not, why");
+  auto json = std::make_shared<bool>(false);
+  command->add_flag("--json", *json, "Print a JSON object of reachable, code and reason");
+  command->callback([json] { check(*json); });
 }

@@ -24,6 +24,7 @@ inline void requireAction(CLI::App* family) {
 void addCheckCommand(CLI::App& app);
 void addDirectoryCommands(CLI::App& app);
 void addDoctorCommand(CLI::App& app);
+void addExplainCommand(CLI::App& app);
 void addFetchCommand(CLI::App& app);
 void addFileCommands(CLI::App& app);
 void addInterfacesCommand(CLI::App& app);

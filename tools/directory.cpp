@@ -9,6 +9,7 @@
 #include "base/install_path.h"
 #include "net/directory_record.h"
 #include "tools/commands.h"
+#include "tools/json.h"
 
 namespace {
 
@@ -87,22 +88,44 @@ bool print(const DirectoryRecord& record) {
   return true;
 }
 
-void list(const std::string& file) {
+JsonObject objectOf(const DirectoryRecord& record) {
+  return JsonObject()
+      .add("number", record.number)
+      .add("name", textOf(record.name))
+      .add("value", textOf(record.value));
+}
+
+// Looks at the first byte at first, since a stream's iterators throw where reading fails.
+std::string contentOf(const std::string& file) {
   std::ifstream in(file, std::ios::binary);
-  const std::string stored(std::istreambuf_iterator<char>(in), {});
-  if (!in) throw Refusal(file + " cannot be read");
+  in.peek();
+  if (!in.is_open() || in.bad()) throw Refusal(file + " cannot be read");
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+struct ListArguments {
+  std::string file = kInstalledFile.get();
+  bool json = false;
+};
+
+void list(const ListArguments& arguments) {
+  const std::string stored = contentOf(arguments.file);
   std::string problems;
+  std::vector<JsonObject> objects;
   std::size_t at = 0;
   for (DirectoryRecord record; at + sizeof record <= stored.size(); at += sizeof record) {
     std::memcpy(&record, stored.data() + at, sizeof record);
     swapStored(record);
-    if (!print(record))
+    if (arguments.json)
+      objects.push_back(objectOf(record));
+    else if (!print(record))
       problems += "\n  record " + std::to_string(at / sizeof record + 1) +
                   " holds a tab in its name or a line feed";
   }
+  if (arguments.json) printJson(objects);
   if (at < stored.size())
     problems += "\n  " + std::to_string(stored.size() - at) + " bytes at the end are no record";
-  if (!problems.empty()) throw Refusal("not all of " + file + " was listed:" + problems);
+  if (!problems.empty()) throw Refusal("not all of " + arguments.file + " was listed:" + problems);
 }
 
 struct GetArguments {
@@ -127,8 +150,9 @@ void addDirectoryCommands(CLI::App& app) {
 
   auto* listing =
       family->add_subcommand("list", "Print it as lines: number, tab, name, tab, value");
-  auto listed = std::make_shared<std::string>(kInstalledFile.get());
-  listing->add_option("FILE", *listed, "Directory file")->capture_default_str();
+  auto listed = std::make_shared<ListArguments>();
+  listing->add_option("FILE", listed->file, "Directory file")->capture_default_str();
+  listing->add_flag("--json", listed->json, "Print a JSON array of number, name and value");
   listing->callback([listed] { list(*listed); });
 
   auto* getting =

@@ -3,30 +3,17 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <functional>
-#include <iostream>
 
 #include "base/install_path.h"
 #include "tools/commands.h"
 #include "tools/netlink_ports.h"
+#include "tools/report.h"
 
 namespace {
-
-// Prints one line a check and remembers whether anything needs mending.
-class Report {
- public:
-  void good(const std::string& line) { std::cout << "ok       " << line << '\n'; }
-  void note(const std::string& line) { std::cout << "note     " << line << '\n'; }
-  void bad(const std::string& line) {
-    std::cout << "PROBLEM  " << line << '\n';
-    ++problems_;
-  }
-  int problems() const { return problems_; }
-
- private:
-  int problems_ = 0;
-};
 
 std::string installed(const std::string& name) {
   return kInstallDirectory + name;
@@ -34,6 +21,40 @@ std::string installed(const std::string& name) {
 
 std::string systemReason() {
   return std::strerror(errno);
+}
+
+// The library that this process uses, which LD_LIBRARY_PATH or a copy left behind may have decided.
+void checkLibrary(Report& report) {
+  Dl_info info = {};
+  const void* const anyOperation = ::dlsym(RTLD_DEFAULT, "ZRLoadLibrary");
+  if (!anyOperation || !::dladdr(anyOperation, &info))
+    return report.bad("library: the loader does not tell where it is");
+  std::error_code problem;
+  const std::string path = std::filesystem::canonical(info.dli_fname, problem);
+  const std::string line = "library " + (problem ? info.dli_fname : path);
+  const std::string expected = "libzrcommon.so." ZRCOMMON_VERSION;
+  if (std::filesystem::path(path).filename() == expected) return report.good(line);
+  report.note(line + ": not the " + expected + " that this zrtool belongs to");
+}
+
+// Any mode but 0666 keeps the components of some users from writing, until one of its owner does.
+void checkLog(Report& report) {
+  constexpr char kLog[] = "/zrcommon.log";
+  const std::string line = std::string("log ") + kLog + ": ";
+  struct stat status = {};
+  if (::lstat(kLog, &status) != 0)
+    return errno == ENOENT ? report.note(line +
+                                         "none; no module failed to load since it was last "
+                                         "moved away, or only users who may not write to / "
+                                         "had one fail")
+                           : report.bad(line + systemReason());
+  if (!S_ISREG(status.st_mode)) return report.bad(line + "not a regular file");
+  char mode[8];
+  std::snprintf(mode, sizeof mode, "%04o", status.st_mode & 07777U);
+  const std::string facts =
+      line + std::to_string(status.st_size) + " bytes, mode " + std::string(mode);
+  if ((status.st_mode & 0666U) == 0666U) return report.good(facts);
+  report.note(facts + ": components of other users cannot write to it");
 }
 
 void checkDirectory(Report& report) {
@@ -100,7 +121,12 @@ void checkNetlinkPorts(Report& report, const std::vector<std::string>& processes
                 std::to_string(ports.processesLookedAt));
 }
 
-void examine(const std::vector<std::string>& processes) {
+struct DoctorArguments {
+  std::vector<std::string> processes;
+  bool json = false;
+};
+
+void examine(const DoctorArguments& arguments) {
   const ProductFile files[] = {
       {"zrinet.opt", "internet settings", "all settings count as zero", "at least 788",
        [](off_t size) { return size >= 788; }},
@@ -109,11 +135,14 @@ void examine(const std::vector<std::string>& processes) {
       {"zrfeature.dat", "feature record", "no feature is set", "at least 11",
        [](off_t size) { return size >= 11; }},
   };
-  Report report;
+  Report report(arguments.json);
+  checkLibrary(report);
   checkDirectory(report);
   checkInternetLibrary(report);
   for (const ProductFile& file : files) checkFile(report, file);
-  checkNetlinkPorts(report, processes);
+  checkLog(report);
+  checkNetlinkPorts(report, arguments.processes);
+  report.finish();
   if (report.problems())
     throw Refusal("checks that found a problem: " + std::to_string(report.problems()));
 }
@@ -122,12 +151,13 @@ void examine(const std::vector<std::string>& processes) {
 
 void addDoctorCommand(CLI::App& app) {
   auto* command = app.add_subcommand("doctor", "Check the installation, one line a check");
-  auto processes = std::make_shared<std::vector<std::string>>();
+  auto arguments = std::make_shared<DoctorArguments>();
+  command->add_flag("--json", arguments->json, "Print a JSON array of status and check");
   command
-      ->add_option("--process", *processes,
+      ->add_option("--process", arguments->processes,
                    "Look at this process too for what keeps it from listing interfaces; those that "
                    "have the library loaded are looked at anyway")
       ->check(CLI::PositiveNumber)
       ->type_name("PID");
-  command->callback([processes] { examine(*processes); });
+  command->callback([arguments] { examine(*arguments); });
 }

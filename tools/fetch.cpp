@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tools/commands.h"
+#include "tools/progress.h"
 
 namespace {
 
@@ -20,12 +21,17 @@ void write(std::ostream& out, const std::string& name, const char* body, std::si
   if (!out.flush()) throw Refusal(name + " could not be written");
 }
 
+bool receive(const std::string& url, std::vector<char>& body, unsigned int& received) {
+  const Progress progress("fetching");
+  unsigned int error = 0;
+  return ZRSendDataAndGetResponse(url.c_str(), body.data(), static_cast<unsigned int>(body.size()),
+                                  &received, &error) == 1;
+}
+
 void fetch(const FetchArguments& arguments) {
   std::vector<char> body(std::size_t{arguments.most} + 1);
   unsigned int received = 0;
-  unsigned int error = 0;
-  if (!ZRSendDataAndGetResponse(arguments.url.c_str(), body.data(),
-                                static_cast<unsigned int>(body.size()), &received, &error))
+  if (!receive(arguments.url, body, received))
     throw Refusal("nothing was fetched from " + arguments.url +
                   ": the address could not be opened, its body is empty, or it is larger than " +
                   std::to_string(arguments.most) +

@@ -1,6 +1,7 @@
 #include <zrcommon/system.h>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -10,6 +11,7 @@
 
 #include "base/fd.h"
 #include "tools/commands.h"
+#include "tools/progress.h"
 
 namespace {
 
@@ -33,7 +35,16 @@ void copy(const CopyArguments& arguments) {
 struct FindArguments {
   std::string pattern;
   std::string file;
+  bool json = false;
 };
+
+// The library's search moves the file's position, so that another thread can see how far it is.
+std::string howFarIn(const Fd& file) {
+  struct stat status = {};
+  if (::fstat(file.get(), &status) != 0 || status.st_size == 0) return "";
+  const off_t percent = 100 * ::lseek(file.get(), 0, SEEK_CUR) / status.st_size;
+  return ", " + std::to_string(std::min<off_t>(percent, 100)) + '%';
+}
 
 bool isLower(char c) {
   return 'a' <= c && c <= 'z';
@@ -42,6 +53,7 @@ bool isLower(char c) {
 // A file shorter than the overlap of two pieces ends the search with EINVAL.
 long long findFrom(const Fd& file, const FindArguments& arguments, long long start) {
   const auto* const pattern = reinterpret_cast<const unsigned char*>(arguments.pattern.data());
+  const Progress progress("searching", [&] { return howFarIn(file); });
   errno = 0;
   const long long found =
       SearchInFile(file.get(), pattern, static_cast<int>(arguments.pattern.size()), start);
@@ -66,8 +78,12 @@ void find(const FindArguments& arguments) {
   const Fd file(openFile(arguments.file.c_str(), O_RDONLY));
   if (!file) throw Refusal(arguments.file + ": " + std::strerror(errno));
   long long found = findFrom(file, arguments, 0);
+  if (found < 0 && arguments.json) std::cout << "[]\n";
   if (found < 0) refuseAsNotFound(arguments);
-  for (; found >= 0; found = findFrom(file, arguments, found + 1)) std::cout << found << '\n';
+  const char* const separator = arguments.json ? ", " : "\n";
+  std::cout << (arguments.json ? "[" : "") << found;
+  while ((found = findFrom(file, arguments, found + 1)) >= 0) std::cout << separator << found;
+  std::cout << (arguments.json ? "]\n" : "\n");
 }
 
 void addCopy(CLI::App& app) {
@@ -92,6 +108,7 @@ void addFind(CLI::App& app) {
   command->add_option("PATTERN", arguments->pattern, "1 to 2042 bytes, letters in upper case")
       ->required();
   command->add_option("FILE", arguments->file, "File to search")->required();
+  command->add_flag("--json", arguments->json, "Print a JSON array of the offsets");
   command->callback([arguments] { find(*arguments); });
 }
 

@@ -1,10 +1,10 @@
 #include <strings.h>
 #include <zrcommon/network.h>
 
-#include <cstdio>
 #include <iostream>
 
-#include "tools/commands.h"
+#include "tools/codes.h"
+#include "tools/json.h"
 
 namespace {
 
@@ -40,19 +40,6 @@ class Judge {
   int counted_ = 0;
 };
 
-// Bytes outside of ASCII are escaped one by one: a name need not be UTF-8, and JSON has to be.
-std::string quoted(const std::string& text) {
-  std::string json = "\"";
-  for (const char each : text) {
-    const auto byte = static_cast<unsigned char>(each);
-    char escape[8] = {each};
-    if (byte < 0x20 || byte > 0x7E || each == '"' || each == '\\')
-      (void)std::snprintf(escape, sizeof escape, "\\u%04x", unsigned{byte});
-    json += escape;
-  }
-  return json + '"';
-}
-
 void printText(const std::vector<Link>& links, bool why) {
   for (const Link& link : links) {
     std::cout << link.name << '\t' << (link.address.empty() ? "-" : link.address) << '\t'
@@ -62,19 +49,20 @@ void printText(const std::vector<Link>& links, bool why) {
   }
 }
 
-void printJson(const std::vector<Link>& links, bool why) {
-  const auto boolean = [](bool value) { return value ? "true" : "false"; };
-  const char* separator = "[";
+void printObjects(const std::vector<Link>& links, bool why) {
+  std::vector<JsonObject> objects;
   for (const Link& link : links) {
-    std::cout << separator << "\n  {\"name\": " << quoted(link.name)
-              << ", \"address\": " << (link.address.empty() ? "null" : quoted(link.address))
-              << ", \"running\": " << boolean(link.isRunning);
-    if (why)
-      std::cout << ", \"counts\": " << boolean(link.counts) << ", \"why\": " << quoted(link.why);
-    std::cout << '}';
-    separator = ",";
+    JsonObject object;
+    object.add("name", link.name);
+    if (link.address.empty())
+      object.add("address", nullptr);
+    else
+      object.add("address", link.address);
+    object.add("running", link.isRunning);
+    if (why) object.add("counts", link.counts).add("why", link.why);
+    objects.push_back(object);
   }
-  std::cout << (links.empty() ? "[" : "\n") << "]\n";
+  printJson(objects);
 }
 
 struct InterfacesArguments {
@@ -86,12 +74,11 @@ void listInterfaces(const InterfacesArguments& arguments) {
   Interfaces interfaces;
   unsigned int error = 0;
   if (!GetEthernetInterfacesDetails(interfaces, &error))
-    throw Refusal(std::to_string(error) +
-                  ": no netlink socket could be opened and bound to the process id");
+    throw refusal(CodeOf::kLinks, error, "the links could not be listed");
   std::vector<Link> links;
   Judge judge;
   for (const auto& interface : interfaces) links.push_back(judge.judge(interface));
-  (arguments.json ? printJson : printText)(links, arguments.why);
+  (arguments.json ? printObjects : printText)(links, arguments.why);
 }
 
 }  // namespace

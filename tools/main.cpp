@@ -1,6 +1,7 @@
 #include <iostream>
+#include <new>
 
-#include "tools/commands.h"
+#include "tools/codes.h"
 
 namespace {
 
@@ -18,7 +19,18 @@ void addCommands(CLI::App& app) {
   addLogCommand(app);
   addFileCommands(app);
   addSystemCommands(app);
+  addExplainCommand(app);
   addDoctorCommand(app);
+}
+
+int refuse(const char* reason) {
+  std::cout.flush();
+  std::cerr << "zrtool: " << reason << '\n';
+  return kRefused;
+}
+
+std::string exitStatus(unsigned int status) {
+  return std::to_string(status) + ' ' + inWords(CodeOf::kExitStatus, status);
 }
 
 int runCommand(CLI::App& app, int argc, char** argv) {
@@ -28,10 +40,10 @@ int runCommand(CLI::App& app, int argc, char** argv) {
     return 0;
   } catch (const CLI::ParseError& problem) {
     return app.exit(problem) == 0 ? 0 : kBadUsage;
+  } catch (const std::bad_alloc&) {
+    return refuse("there is not enough memory");
   } catch (const std::exception& problem) {
-    std::cout.flush();
-    std::cerr << "zrtool: " << problem.what() << '\n';
-    return kRefused;
+    return refuse(problem.what());
   }
 }
 
@@ -40,8 +52,10 @@ int runCommand(CLI::App& app, int argc, char** argv) {
 int main(int argc, char** argv) {
   CLI::App app(
       "The services of libzrcommon on the command line.\n"
-      "Exit status: 0 done, 1 the library said no, 2 bad usage.",
+      "Exit status: " +
+          exitStatus(0) + ", " + exitStatus(kRefused) + ", " + exitStatus(kBadUsage) + '.',
       "zrtool");
+  app.set_version_flag("--version", "zrtool " ZRCOMMON_VERSION);
   requireAction(&app);
   addCommands(app);
   return runCommand(app, argc, argv);

@@ -3,26 +3,19 @@
 #include <iostream>
 #include <iterator>
 
-#include "tools/commands.h"
+#include "tools/codes.h"
 #include "tools/hex.h"
 
 namespace {
 
 constexpr char kDefaultFile[] = "/usr/lib/Valdrix/Valdrix/zrinet.opt";
+constexpr unsigned int kDone = 1;
 
 void show(const std::string& file) {
   tagInetSettings settings = {};
-  switch (ReadInetOptions(file.c_str(), &settings)) {
-    case 1:
-      printHex(std::cout, settings.bytes, sizeof settings.bytes);
-      return;
-    case 2:
-      throw Refusal("2: there is no " + file + ", or its path has 256 characters or more");
-    case 3:
-      throw Refusal("3: " + file + " cannot be opened for reading");
-    default:
-      throw Refusal("4: " + file + " does not hold the 788 bytes of a settings record");
-  }
+  const unsigned int result = ReadInetOptions(file.c_str(), &settings);
+  if (result != kDone) throw refusal(CodeOf::kSettingsRead, result, file);
+  printHex(std::cout, settings.bytes, sizeof settings.bytes);
 }
 
 void save(const std::string& file) {
@@ -33,16 +26,8 @@ void save(const std::string& file) {
     throw Refusal("a settings record has 788 bytes; standard input gave " +
                   std::to_string(bytes.size()));
   bytes.copy(reinterpret_cast<char*>(settings.bytes), bytes.size());
-  switch (SaveInetOptions(file.c_str(), &settings)) {
-    case 1:
-      return;
-    case 2:
-      throw Refusal("2: " + file +
-                    " can neither be opened nor created, or its path has 256 "
-                    "characters or more");
-    default:
-      throw Refusal("3: the record could not be written whole; " + file + " was deleted");
-  }
+  const unsigned int result = SaveInetOptions(file.c_str(), &settings);
+  if (result != kDone) throw refusal(CodeOf::kSettingsSaved, result, file);
 }
 
 void addAction(CLI::App* family, const char* name, const char* help,

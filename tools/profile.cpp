@@ -7,7 +7,8 @@
 
 #include "profile/error.h"
 #include "profile/line.h"
-#include "tools/commands.h"
+#include "tools/codes.h"
+#include "tools/json.h"
 
 namespace {
 
@@ -18,11 +19,8 @@ struct ProfileArguments {
   std::string value;
   std::optional<std::string> textDefault;
   std::optional<int> numberDefault;
+  bool json = false;
 };
-
-[[noreturn]] void refuse(unsigned int error, const std::string& file) {
-  throw Refusal(std::to_string(error) + ": " + file + ": " + profileErrorInWords(error));
-}
 
 unsigned int read(const ProfileArguments& arguments, std::string& text) {
   char value[kLineBytes] = {};
@@ -36,7 +34,8 @@ unsigned int read(const ProfileArguments& arguments, std::string& text) {
 void get(const ProfileArguments& arguments) {
   std::string value;
   const unsigned int error = read(arguments, value);
-  if (error != kNoError && !arguments.textDefault) refuse(error, arguments.file);
+  if (error != kNoError && !arguments.textDefault)
+    throw refusal(CodeOf::kProfile, error, arguments.file);
   std::cout << (error == kNoError ? value : *arguments.textDefault) << '\n';
 }
 
@@ -45,7 +44,8 @@ void getInt(const ProfileArguments& arguments) {
   const int number =
       GetPrivateProfileInt(arguments.section.c_str(), arguments.key.c_str(),
                            arguments.numberDefault.value_or(0), arguments.file.c_str(), &error);
-  if (error != kNoError && !arguments.numberDefault) refuse(error, arguments.file);
+  if (error != kNoError && !arguments.numberDefault)
+    throw refusal(CodeOf::kProfile, error, arguments.file);
   std::cout << number << '\n';
 }
 
@@ -55,7 +55,7 @@ void set(const ProfileArguments& arguments) {
   unsigned int error = 0;
   WritePrivateProfileString(arguments.section.c_str(), arguments.key.c_str(),
                             arguments.value.c_str(), arguments.file.c_str(), &error);
-  if (error != kNoError) refuse(error, arguments.file);
+  if (error != kNoError) throw refusal(CodeOf::kProfile, error, arguments.file);
   std::string value;
   if (read(arguments, value) != kNoError || value != trimmed(arguments.value))
     throw Refusal(arguments.file + " was changed, but the entry does not read back as given: " +
@@ -65,8 +65,14 @@ void set(const ProfileArguments& arguments) {
 
 void lint(const ProfileArguments& arguments) {
   const std::vector<Remark> remarks = lintProfile(arguments.file);
-  for (const Remark& remark : remarks)
-    std::cout << arguments.file << ':' << remark.line << ": " << remark.text << '\n';
+  std::vector<JsonObject> objects;
+  for (const Remark& remark : remarks) {
+    if (arguments.json)
+      objects.push_back(JsonObject().add("line", remark.line).add("remark", remark.text));
+    else
+      std::cout << arguments.file << ':' << remark.line << ": " << remark.text << '\n';
+  }
+  if (arguments.json) printJson(objects);
   if (!remarks.empty())
     throw Refusal(arguments.file + ": remarks: " + std::to_string(remarks.size()));
 }
@@ -88,29 +94,6 @@ void addEntry(CLI::App* command, const Arguments& arguments) {
 
 }  // namespace
 
-std::string profileErrorInWords(unsigned int code) {
-  switch (code) {
-    case kNoError:
-      return "success";
-    case kCannotOpen:
-      return "the file cannot be opened for reading, or its temporary copy cannot be created";
-    case kNoValue:
-      return "the entry has no \"=\", or no value to read a number from";
-    case kNoKey:
-      return "the section has no entry of that key";
-    case kEmptyKey:
-      return "the key is empty";
-    case kNoSection:
-      return "there is no section of that name";
-    case kEmptySection:
-      return "the section name is empty";
-    case kEmptyValue:
-      return "the value is empty";
-    default:
-      return "no error code of the profile functions";
-  }
-}
-
 void addProfileCommands(CLI::App& app) {
   auto* family = app.add_subcommand("profile", "Profile (INI) files, as components see them");
   requireAction(family);
@@ -124,6 +107,7 @@ void addProfileCommands(CLI::App& app) {
   auto* change = addAction(family, "set", "Change or add an entry", arguments, set);
   addEntry(change, arguments);
   change->add_option("VALUE", arguments->value, "Its new value")->required();
-  addAction(family, "lint", "Say, line by line, what is not read as people expect", arguments,
-            lint);
+  auto* linting = addAction(family, "lint", "Say, line by line, what is not read as people expect",
+                            arguments, lint);
+  linting->add_flag("--json", arguments->json, "Print a JSON array of line and remark");
 }

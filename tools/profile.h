@@ -4,9 +4,6 @@
 #include <string>
 #include <vector>
 
-/// What an error code of the profile functions means.
-std::string profileErrorInWords(unsigned int code);
-
 /// A line of a profile of which people expect something else than the reader makes of it.
 struct Remark {
   std::size_t line;

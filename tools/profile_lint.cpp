@@ -5,7 +5,7 @@
 
 #include "profile/error.h"
 #include "profile/line_source.h"
-#include "tools/commands.h"
+#include "tools/codes.h"
 #include "tools/profile.h"
 
 namespace {
@@ -143,9 +143,7 @@ class Linter {
 
 std::vector<Remark> lintProfile(const std::string& path) {
   LineSource profile(path.c_str());
-  if (!profile)
-    throw Refusal(std::to_string(kCannotOpen) + ": " + path + ": " +
-                  profileErrorInWords(kCannotOpen));
+  if (!profile) throw refusal(CodeOf::kProfile, kCannotOpen, path);
   Linter linter;
   for (std::string_view piece; profile.next(piece);) linter.look(piece);
   return linter.remarks();

@@ -2,13 +2,13 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <iomanip>
 #include <iostream>
 #include <map>
 
-#include "tools/commands.h"
+#include "tools/codes.h"
 #include "tools/hex.h"
+#include "tools/json.h"
 
 namespace {
 
@@ -20,19 +20,23 @@ int appPath(char* buffer) {
   return GetAppPath(buffer, kPathBytes);
 }
 
-void printPaths() {
+void printPaths(bool json) {
   const struct {
     const char* name;
     PathService get;
   } services[] = {{"installation", GetZrPath}, {"application", appPath}, {"module", GetModulePath}};
   std::string missing;
+  JsonObject object;
   for (const auto& service : services) {
     char path[kPathBytes] = {};
-    if (service.get(path))
-      std::cout << std::left << std::setw(14) << service.name << path << '\n';
-    else
+    if (!service.get(path))
       missing += std::string(missing.empty() ? "" : ", ") + service.name;
+    else if (json)
+      object.add(service.name, path);
+    else
+      std::cout << std::left << std::setw(14) << service.name << path << '\n';
   }
+  if (json) printJson(object);
   if (!missing.empty()) throw Refusal("missing, or too long: " + missing);
 }
 
@@ -44,34 +48,39 @@ struct ServiceArguments {
 void control(const ServiceArguments& arguments) {
   unsigned int error = 0;
   if (!HandleService(arguments.name.c_str(), arguments.action, &error))
-    throw Refusal(std::to_string(error) + ": there is no init script " + arguments.name +
-                  " in /etc/init.d/rc.d or /etc/init.d");
+    throw refusal(CodeOf::kService, error, arguments.name);
 }
 
-void printTime() {
+void printTime(bool json) {
   constexpr const char* kDays[] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
                                    "Thursday", "Friday", "Saturday"};
   tagSYSTEMTIME now = {};
   if (!GetLocalTime(&now)) throw Refusal("the system gives no time");
   char text[64];
-  std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d.%03d %s\n", now.wYear, now.wMonth,
-                now.wDay, now.wHour, now.wMinute, now.wSecond, now.wMilliseconds,
-                kDays[now.wDayOfWeek % 7]);
-  std::cout << text;
+  std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d.%03d", now.wYear, now.wMonth,
+                now.wDay, now.wHour, now.wMinute, now.wSecond, now.wMilliseconds);
+  const char* const day = kDays[now.wDayOfWeek % 7];
+  if (json)
+    printJson(JsonObject().add("time", text).add("dayOfWeek", day));
+  else
+    std::cout << text << ' ' << day << '\n';
 }
 
 void printFeatures() {
+  constexpr char kFile[] = "/usr/lib/Valdrix/Valdrix/zrfeature.dat";
   tagZR_FEATURE feature = {};
   unsigned int error = 0;
   errno = 0;
-  if (GetZRFeaturesSetting(&feature, &error)) {
-    printHex(std::cout, feature.bytes, sizeof feature.bytes);
-    return;
-  }
-  constexpr char kFile[] = "/usr/lib/Valdrix/Valdrix/zrfeature.dat";
-  if (error == 2) throw Refusal(std::string("2: ") + kFile + " is missing or cannot be opened");
-  throw Refusal(std::to_string(error) + ": " + kFile + ": " +
-                (error ? std::strerror(static_cast<int>(error)) : "shorter than 11 bytes"));
+  if (!GetZRFeaturesSetting(&feature, &error)) throw refusal(CodeOf::kFeature, error, kFile);
+  printHex(std::cout, feature.bytes, sizeof feature.bytes);
+}
+
+// A command without arguments of its own, whose result a program may want.
+void addPrinter(CLI::App& app, const char* name, const char* help, void (*print)(bool json)) {
+  auto* command = app.add_subcommand(name, help);
+  auto json = std::make_shared<bool>(false);
+  command->add_flag("--json", *json, "Print a JSON object");
+  command->callback([json, print] { print(*json); });
 }
 
 void addService(CLI::App& app) {
@@ -93,10 +102,10 @@ void addService(CLI::App& app) {
 }  // namespace
 
 void addSystemCommands(CLI::App& app) {
-  app.add_subcommand("paths", "Print the installation's and the running program's directories")
-      ->callback(printPaths);
+  addPrinter(app, "paths", "Print the installation's and the running program's directories",
+             printPaths);
   addService(app);
-  app.add_subcommand("time", "Print the local time, to the millisecond")->callback(printTime);
+  addPrinter(app, "time", "Print the local time, to the millisecond", printTime);
   app.add_subcommand("features", "Print the feature record as hexadecimal bytes")
       ->callback(printFeatures);
 }

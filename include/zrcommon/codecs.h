@@ -15,34 +15,56 @@ extern "C" {
 
 /// Rotates every byte of the block left by 3 bits.
 ///
+/// @param block   changed in place
 /// @param length  in bytes
 /// @return true; false, with nothing changed, if @p block is null or @p length is 0
 ZRCOMMON_API bool EncryptBlock(void* block, unsigned int length);
 
 /// Rotates every byte of the block right by 3 bits: the way back from EncryptBlock().
 ///
+/// @param block   changed in place
+/// @param length  in bytes
 /// @return as EncryptBlock()
 ZRCOMMON_API bool DecryptBlock(void* block, unsigned int length);
 
-/// @return @p byte rotated left by @p count bits; unchanged for a count of 0 or less
+/// Rotates a byte left.
+///
+/// @param byte   the byte
+/// @param count  bits; 0 or less: the byte stays as it is
+/// @return the rotated byte
 ZRCOMMON_API char ByteRotateLeft(unsigned char byte, int count);
 
-/// @return @p byte rotated right by @p count bits; unchanged for a count of 0 or less
+/// Rotates a byte right.
+///
+/// @param byte   the byte
+/// @param count  bits; 0 or less: the byte stays as it is
+/// @return the rotated byte
 ZRCOMMON_API char ByteRotateRight(unsigned char byte, int count);
 
-/// @return @p byte rotated left by @p count bits; a negative count rotates right
+/// Rotates a byte left.
+///
+/// @param byte   the byte
+/// @param count  bits; negative: rotates right
+/// @return the rotated byte
 ZRCOMMON_API unsigned char BRol(unsigned char byte, int count);
 
-/// @return @p byte rotated right by @p count bits; a negative count rotates left
+/// Rotates a byte right.
+///
+/// @param byte   the byte
+/// @param count  bits; negative: rotates left
+/// @return the rotated byte
 ZRCOMMON_API unsigned char BRor(unsigned char byte, int count);
 
 /// Swaps the two 4-bit halves of each of the first @p count bytes; done twice, it restores them.
 ///
-/// @param bytes  null: nothing happens
+/// @param bytes  changed in place; null: nothing happens
 /// @param count  in bytes; 0 or less: nothing happens
 ZRCOMMON_API void Encrypt(unsigned char* bytes, int count);
 
 /// The same as Encrypt(), under the name for the way back.
+///
+/// @param bytes  changed in place; null: nothing happens
+/// @param count  in bytes; 0 or less: nothing happens
 ZRCOMMON_API void Decrypt(unsigned char* bytes, int count);
 
 }  // extern "C"
@@ -75,14 +97,23 @@ class ZRCOMMON_API CBase64Url {
   ///         symbols or more or is not IsBase64(), or @p capacity is 0
   bool Decode(char* buffer, unsigned int capacity);
 
-  /// @return the symbol of a value; '!' for 63 and above
+  /// Gives the symbol of a value.
+  ///
+  /// @param value  0 to 63
+  /// @return the symbol; '!' for 63 and above
   char GetBase64Symbol(unsigned char value);
 
-  /// @return the value of a symbol, 0 to 63; 63 for whatever is no letter, digit or '_'
+  /// Gives the value of a symbol.
+  ///
+  /// @param symbol  any byte
+  /// @return 0 to 63; 63 for whatever is no letter, digit or '_'
   unsigned char GetASCIISymbol(char symbol);
 
-  /// @return true if all of @p text is letters, digits, '_', '!' and '$', also if it is empty;
-  ///         false for null
+  /// Tells whether a text of any length can be decoded.
+  ///
+  /// @param text  may be null
+  /// @return true if all of it is letters, digits, '_', '!' and '$', also if it is empty; false for
+  ///         null
   bool IsBase64(const char* text);
 };
 
@@ -90,10 +121,19 @@ class ZRCOMMON_API CBase64Url {
 /// look at their arguments and leave the destination untouched.
 class ZRCOMMON_API CUTF8 {
  public:
-  /// @param capacity  units at @p to
+  /// The way to UTF-8.
+  ///
+  /// @param from      looked at for being null only
+  /// @param to        untouched
+  /// @param capacity  bytes at @p to
   /// @return false if a pointer is null or @p capacity is 0, else true
   bool Encode(const unsigned short* from, char* to, unsigned int capacity);
 
+  /// The way from UTF-8.
+  ///
+  /// @param from      looked at for being null only
+  /// @param to        untouched
+  /// @param capacity  units at @p to
   /// @return as Encode()
   bool Decode(const char* from, unsigned short* to, unsigned int capacity);
 };
@@ -104,6 +144,8 @@ class ZRCOMMON_API CUTF8 {
 /// A plain value of 68 bytes that holds its key in the clear; copy it freely.
 class ZRCOMMON_API CCrypt {
  public:
+  /// Takes the key.
+  ///
   /// @param key  copied, cut at 63 bytes. Null throws the int 1, the one exception that leaves this
   ///             library. An empty key makes an object whose operations fail.
   explicit CCrypt(const char* key);
@@ -111,10 +153,14 @@ class ZRCOMMON_API CCrypt {
   /// Replaces every byte by its exclusive-or with its key byte. Where the two are equal the byte
   /// stays as it is, in the clear.
   ///
+  /// @param text  changed in place
   /// @return true; false, with nothing changed, if @p text is null or empty or the key is empty
   bool Encrypt(char* text);
 
   /// The same as Encrypt(), under the name for the way back.
+  ///
+  /// @param text  changed in place
+  /// @return as Encrypt()
   bool Decrypt(char* text);
 
  private:
@@ -132,30 +178,42 @@ class ZRCOMMON_API CCrypt {
 /// A plain value of 72 bytes. An operation uses up to 10 KiB of stack.
 class ZRCOMMON_API CPHPOperations {
  public:
+  /// Takes the key.
+  ///
   /// @param key  as for CCrypt, the int 1 thrown for null included
   explicit CPHPOperations(const char* key);
 
   /// Replaces a text of 1 to 1,023 bytes by its secure string.
   ///
+  /// @param text      changed in place; room for the secure string and its terminator
+  /// @param capacity  must not be 0
   /// @return true; false, with @p text as it was, if it is null, empty or longer, if @p capacity
   ///         is 0 or the key is empty
   bool ConvertToSecureString(char* text, unsigned int capacity);
 
-  /// Writes the text of a secure string of 1 to 1,023 bytes to @p to, which may be the same buffer.
+  /// Writes the text of a secure string to another buffer, or the same.
   ///
+  /// @param secure    1 to 1,023 bytes
+  /// @param to        gets the text, three quarters of @p secure in length, and its terminator
   /// @param capacity  so many bytes become zero before the text and its terminator are written
   /// @return true; false, with @p to as it was, if an argument is null, @p capacity is 0,
   ///         @p secure is empty, longer or not IsBase64(), what it stands for is empty, or the key
   ///         is empty
   bool ConvertToPlainString(const char* secure, char* to, unsigned int capacity);
 
-  /// The same in place.
+  /// Replaces a secure string by its text.
+  ///
+  /// @param text      as @p secure and @p to of the other ConvertToPlainString()
+  /// @param capacity  as there
+  /// @return as there
   bool ConvertToPlainString(char* text, unsigned int capacity);
 
   /// Writes the secure string of @p name, '=' and the secure string of @p value to @p to.
   ///
-  /// @param name   of any length; 1 to 1,023 bytes are accepted
-  /// @param value  1 to 1,023 bytes
+  /// @param name      of any length; 1 to 1,023 bytes are accepted
+  /// @param value     1 to 1,023 bytes
+  /// @param to        room for both secure strings, '=' and a terminator, and for the name's copy
+  /// @param capacity  must not be 0
   /// @return true; false if an argument is null or @p capacity is 0 (@p to is untouched), if the
   ///         name is not accepted (@p to holds a copy of it) or the value is not (@p to ends
   ///         behind the '=')
@@ -170,6 +228,8 @@ class ZRCOMMON_API CPHPOperations {
   /// value keeps its '='. A name may have 765 bytes, a value too if it is to be read back (1,023
   /// are converted); so do their secure strings with 1,023.
   ///
+  /// @param command    changed in place; room for the page part and all that the query becomes
+  /// @param capacity   must not be 0
   /// @param direction  1 to the secure form, anything else to the plain form
   /// @return true; false, with the command as it was, if it is null, @p capacity is 0 or the query
   ///         is too long; else false, with the command cut off behind what had been rebuilt, at a
@@ -178,9 +238,17 @@ class ZRCOMMON_API CPHPOperations {
   bool TransformPhpCommand(char* command, unsigned int capacity, unsigned char direction);
 
   /// TransformPhpCommand() with direction 1.
+  ///
+  /// @param command   as there
+  /// @param capacity  as there
+  /// @return as there
   bool ConvertToSecurePhpCommand(char* command, unsigned int capacity);
 
   /// TransformPhpCommand() with direction 0.
+  ///
+  /// @param command   as there
+  /// @param capacity  as there
+  /// @return as there
   bool ConvertToPlainPhpCommand(char* command, unsigned int capacity);
 
  private:

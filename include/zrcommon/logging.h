@@ -42,7 +42,9 @@ extern ZRCOMMON_API char szErrMsg[2048];
 /// @param text  zero-terminated, of any length; null: nothing happens
 ZRCOMMON_API void WriteToLog(const char* path, const char* text);
 
-/// The calling thread's errno: why the last service without an error argument failed.
+/// Tells why the last service without an error argument failed.
+///
+/// @return the calling thread's errno; it means nothing after a success
 ZRCOMMON_API unsigned int GetLastError();
 
 }  // extern "C"
@@ -52,10 +54,16 @@ ZRCOMMON_API unsigned int GetLastError();
 /// A plain value: 780 bytes, three names, no resources; copy it freely.
 class ZRCOMMON_API CZRLogger {
  public:
-  /// The same as SetLogVariables(logFile, appName, component).
+  /// A logger on the file and the names that SetLogVariables() takes.
+  ///
+  /// @param logFile    path; null: g_szLogFileName__
+  /// @param appName    null: g_szAppName__
+  /// @param component  null: "UNKNOWN"
   CZRLogger(const char* logFile, const char* appName, const char* component);
 
   /// A logger on the default file and application name.
+  ///
+  /// @param component  null: "UNKNOWN"
   explicit CZRLogger(const char* component);
 
   /// Names the file, the application and the component; may be called again at any time.
@@ -71,14 +79,16 @@ class ZRCOMMON_API CZRLogger {
   /// 4095 bytes.
   ///
   /// @param levelMask  bits of the caller's choosing
-  /// @param format     null: nothing happens
+  /// @param format     as printf takes it, with its arguments behind it; null: nothing happens
   void WriteToLog(unsigned int levelMask, const char* format, ...)
       __attribute__((format(printf, 3, 4)));
 
   /// The same for longer messages: the text is cut at @p bufferSize - 1 bytes. The buffer comes
   /// from the heap for this one call; where there is no memory nothing is written.
   ///
+  /// @param levelMask   bits of the caller's choosing
   /// @param bufferSize  bytes, terminator included; 0: nothing happens
+  /// @param format      as printf takes it, with its arguments behind it; null: nothing happens
   void WriteToLog(unsigned int levelMask, unsigned int bufferSize, const char* format, ...)
       __attribute__((format(printf, 4, 5)));
 

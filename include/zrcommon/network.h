@@ -19,12 +19,12 @@
 /// The internet settings as the options file keeps them: an opaque block that is stored, loaded
 /// and handed to the internet library byte for byte.
 struct tagInetSettings {
-  unsigned char bytes[788];
+  unsigned char bytes[788];  ///< the record as the file holds it
 };
 
 /// The settings as the internet library takes them: the first 786 bytes of tagInetSettings.
 struct tagZRINETCONFIG {
-  unsigned char bytes[786];
+  unsigned char bytes[786];  ///< what the entry points of libinet.so are given
 };
 
 /// One network interface.
@@ -67,7 +67,8 @@ extern "C" {
 /// A missing file is created. An existing one is overwritten in place and never shortened, so what
 /// lies beyond the record stays. Afterwards the file has mode 0666, whatever it had before.
 ///
-/// @param path  at most 255 characters
+/// @param path      at most 255 characters
+/// @param settings  only read
 /// @return 1 saved; 0 an argument is null; 2 the file could neither be opened nor created, or its
 ///         path is too long; 3 fewer than 788 bytes could be written, and the file was deleted
 ZRCOMMON_API unsigned int SaveInetOptions(const char* path, tagInetSettings* settings);
@@ -85,7 +86,8 @@ ZRCOMMON_API unsigned int ReadInetOptions(const char* path, tagInetSettings* set
 /// Fills @p config, all 786 bytes, from /usr/lib/Valdrix/Valdrix/zrinet.opt. A missing, unreadable
 /// or short file gives zeros, and the result is 1 all the same.
 ///
-/// @param error  must not be null, but is never written
+/// @param config  filled whole
+/// @param error   must not be null, but is never written
 /// @return 1; 0 if an argument is null, with @p config untouched
 ZRCOMMON_API unsigned int ZRGetInetConfig(tagZRINETCONFIG* config, unsigned int* error);
 
@@ -95,6 +97,7 @@ ZRCOMMON_API unsigned int ZRGetInetConfig(tagZRINETCONFIG* config, unsigned int*
 /// pieces of at most 15,000 bytes, drops the header, closes and unloads. One attempt; time limits
 /// are the internet library's. Uses about 32 KiB of stack and no heap of its own.
 ///
+/// @param url           full address, as libinet.so takes it
 /// @param response      all @p responseSize bytes are zeroed once the first piece has been read,
 ///                      then the body is appended piece by piece; always terminated. A zero byte
 ///                      in a piece cuts off the rest of that piece. Untouched if nothing was read.
@@ -133,13 +136,17 @@ ZRCOMMON_API unsigned int CheckInternetConnection(unsigned int* error);
 /// @param info   must not be null. The count is always set; of each address filled, the text and
 ///               its terminator are written, and all else stays as it was.
 /// @param error  as GetEthernetInterfacesDetails() sets it
-/// @return 1 listed, even if no link counts; 0 with count 0 if the listing failed
+/// @return 1 listed, even if no link counts; 0 with count 0 if the listing failed or @p error is
+///         null
 ZRCOMMON_API unsigned int GetFormattedMACAddress(tagZR_MACADDR_INFO* info, unsigned int* error);
 
 }  // extern "C"
 
 /// ZRSendDataAndGetResponse() without its length and error results.
 ///
+/// @param url           as there
+/// @param response      as there
+/// @param responseSize  as there
 /// @return 1 on success, 0 on failure; also 0 if @p response is null or @p responseSize is 0
 ZRCOMMON_API unsigned int SendDataAndGetResponse(std::string url, char* response,
                                                  unsigned int responseSize);
@@ -147,6 +154,7 @@ ZRCOMMON_API unsigned int SendDataAndGetResponse(std::string url, char* response
 /// Asks the internet library whether the resource at @p url is there, with the settings of
 /// ZRGetInetConfig(). Of the library's entry points only IsInternetFilePresent need exist.
 ///
+/// @param url  full address, as libinet.so takes it
 /// @return 1 if the internet library answers exactly 1. 0 for any other answer, and if libinet.so
 ///         is missing, cannot be loaded (this is logged, see ZRLoadLibrary) or lacks the entry
 ///         point

@@ -45,6 +45,8 @@ extern "C" {
 
 /// Copies the value of an entry into @p out.
 ///
+/// @param section       its name
+/// @param key           its key
 /// @param defaultValue  copied when there is no value to copy; may be @p out itself
 /// @param out           gets at most outSize - 1 characters. A shorter text is padded with zeros up
 ///                      to there. The last byte is never written: zero it first, or a text that
@@ -52,18 +54,21 @@ extern "C" {
 /// @param outSize       bytes at @p out; 0: nothing is written
 /// @param fileName      path, used as given
 /// @param error         0, 102, 201, 202, 203, 204 or 205
-/// @return 0 if the value was found, an empty one included; -1 if not, with the default copied.
-/// Also
-///         -1 if any argument is null; then neither @p out nor @p error is touched.
+/// @return 0 if the value was found, an empty one included; -1 if not, with the default copied;
+///         -1, too, if any argument is null, with neither @p out nor @p error touched
 ZRCOMMON_API int GetPrivateProfileString(const char* section, const char* key,
                                          const char* defaultValue, char* out, unsigned int outSize,
                                          const char* fileName, unsigned int* error);
 
 /// Gives the value of an entry as atoi() reads it: a sign, then decimal digits up to the first
-/// character that is none. "12abc" gives 12; "abc" and "0x10" give 0; none of these is an error.
+/// character that is none. "12abc" gives 12; "abc" and "0x10" give 0; none of these is an error,
+/// and neither is a number that an int cannot hold, of which the C library makes what it will.
 ///
-/// @param fileName  path, used as given
-/// @param error     0, 102, 201, 202, 203, 204 or 205
+/// @param section       its name
+/// @param key           its key
+/// @param defaultValue  the result where there is no value
+/// @param fileName      path, used as given
+/// @param error         0, 102, 201, 202, 203, 204 or 205
 /// @return the number, or @p defaultValue where @p error says that there is none; -1 (not the
 ///         default) if any pointer is null, with @p error untouched
 ZRCOMMON_API int GetPrivateProfileInt(const char* section, const char* key, int defaultValue,
@@ -86,6 +91,8 @@ ZRCOMMON_API int GetPrivateProfileInt(const char* section, const char* key, int 
 ///
 /// Two writers of one file at once use the same copy and may damage it: callers keep them apart.
 ///
+/// @param section   its name
+/// @param key       its key
 /// @param value     of blanks alone: written as an empty value
 /// @param fileName  at most 256 characters, else 102
 /// @param error     0, 102, 203, 205 or 206
@@ -97,6 +104,7 @@ ZRCOMMON_API int WritePrivateProfileString(const char* section, const char* key,
 /// Trims a text in place: blanks before it become zeros, and it is terminated behind its last
 /// character that is no blank.
 ///
+/// @param text  changed in place
 /// @return the first character that is no blank, inside @p text, or its terminator if there is
 ///         none; null if @p text is null
 ZRCOMMON_API char* Trim(char* text);
@@ -106,9 +114,9 @@ ZRCOMMON_API char* Trim(char* text);
 /// The first character and the first "]" behind it become zeros, and the text between them is
 /// trimmed in place.
 ///
-/// @return the name, inside @p line; null if @p line is null or empty (nothing is touched) or has
-/// no
-///         "]" (only its first character is zeroed)
+/// @param line  changed in place
+/// @return the name, inside @p line; null if @p line is null or empty (nothing is touched), or if
+///         it has no "]" (only its first character is zeroed)
 ZRCOMMON_API char* GetSectionName(char* line);
 
 /// Compares the key of an entry, a trimmed line, with @p key, ignoring case.
@@ -116,13 +124,16 @@ ZRCOMMON_API char* GetSectionName(char* line);
 /// The line is cut at its first "=" and before the blanks in front of that; a line without "=" is
 /// compared whole.
 ///
+/// @param line  changed in place
+/// @param key   as it is to be found
 /// @return 0 equal; -1 not, or an argument is null
 ZRCOMMON_API int CompareKey(char* line, const char* key);
 
 /// Writes @p line and a line feed with one fwrite(). The line feed is put into the buffer, where it
-/// stays: @p line must have room for two bytes behind its text.
+/// stays.
 ///
-/// Null arguments: nothing happens. A failure shows in ferror(@p stream) only.
+/// @param line    room for two bytes behind its text; null: nothing happens
+/// @param stream  open for writing; null: nothing happens. A failure shows in its ferror() only.
 ZRCOMMON_API void WriteToFile(char* line, FILE* stream);
 
 }  // extern "C"

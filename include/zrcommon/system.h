@@ -27,7 +27,7 @@ struct tagSYSTEMTIME {
 
 /// The product's feature settings, an opaque block whose meaning is its writer's business.
 struct tagZR_FEATURE {
-  unsigned char bytes[11];
+  unsigned char bytes[11];  ///< as the feature file holds them
 };
 
 static_assert(sizeof(tagSYSTEMTIME) == 16, "components share this record");
@@ -57,10 +57,14 @@ ZRCOMMON_API void* ZRLoadLibrary(const char* name);
 
 /// Finds a symbol of a loaded module.
 ///
+/// @param module  a handle of ZRLoadLibrary()
+/// @param name    as the module exports it
 /// @return its address; null if there is none or either argument is null. Logs nothing.
 ZRCOMMON_API void* ZRGetProcAddress(void* module, const char* name);
 
-/// Releases a module handle. Null is ignored, and a failure of the loader is not reported.
+/// Releases a module handle. A failure of the loader is not reported.
+///
+/// @param module  a handle of ZRLoadLibrary(), which is used up; null: nothing happens
 ZRCOMMON_API void ZRFreeLibrary(void* module);
 
 /// Puts the directory of the running executable, with its trailing slash, into @p buffer.
@@ -68,10 +72,9 @@ ZRCOMMON_API void ZRFreeLibrary(void* module);
 /// Adds no terminator of its own but the one behind that slash, and that one only if it lies within
 /// @p bufferSize bytes: hand in a zero-filled buffer that is larger than the executable's path.
 ///
-/// @param buffer      gets the executable's path, cut at @p bufferSize bytes, and then a zero
-/// behind
-///                    the last slash. What it held beyond the path is taken for a part of it, up to
-///                    the first zero. Nothing beyond @p bufferSize is read or written.
+/// @param buffer      gets the executable's path, cut at @p bufferSize bytes, with a zero behind
+///                    its last slash. What it held beyond the path is taken for a part of it, up
+///                    to the first zero. Nothing beyond @p bufferSize is read or written.
 /// @param bufferSize  bytes at @p buffer
 /// @return 1, also if there is no slash; 0 if the path cannot be read, if @p buffer is null or
 ///         @p bufferSize is below 1, with @p buffer untouched
@@ -90,6 +93,8 @@ ZRCOMMON_API int IsValidPath(const char* path);
 /// umask). A read error counts as the end of the source: the result is then 1 all the same. A write
 /// that fails or comes up short ends the copy and leaves the partial target in place.
 ///
+/// @param source  path
+/// @param target  path of another file: the source itself would be emptied
 /// @return 1 copied; 0 not, also if a path is null
 ZRCOMMON_API int ZRCopyFile(const char* source, const char* target);
 
@@ -100,6 +105,7 @@ ZRCOMMON_API int ZRCopyFile(const char* source, const char* target);
 /// all 10,000 taken the call does not return.
 ///
 /// @param directory  with or without a slash at its end; an empty one is taken for "/"
+/// @param prefix     of any length that fits
 /// @param extension  without the dot; null, or more than 10 characters: "tmp"
 /// @param name       gets the bare name, strlen(prefix) + 5 + strlen(extension) characters and the
 ///                   terminator, whatever room there is; written only when the result is 1
@@ -113,7 +119,9 @@ ZRCOMMON_API int GetUniqueFileName(const char* directory, const char* prefix, co
 ///
 /// Takes time in proportion to @p bufferLength, whatever the two hold, and no memory from the heap.
 ///
+/// @param buffer         is searched
 /// @param bufferLength   bytes at @p buffer
+/// @param pattern        is searched for
 /// @param patternLength  bytes at @p pattern
 /// @return the lowest offset; -1 if there is none, if an argument is null or a length below 1, or
 ///         if the pattern is longer than the buffer
@@ -132,6 +140,7 @@ ZRCOMMON_API int SearchFor(const unsigned char* buffer, int bufferLength,
 /// piece makes little progress with each: prefer short ones.
 ///
 /// @param file           descriptor, readable and seekable; stays open and the caller's
+/// @param pattern        is searched for
 /// @param patternLength  bytes at @p pattern, 1 to 2042
 /// @param startOffset    from the start of the file, not below 0
 /// @return the offset of the match in the file; -1 if there is none or if reading or seeking fails.
@@ -142,14 +151,18 @@ ZRCOMMON_API long long SearchInFile(int file, const unsigned char* pattern, int 
 
 /// Fills the calendar fields of @p broken from @p time: year, month, day of week, day, hour, minute
 /// and second. All others (day of the year, daylight saving, zone) stay as they are, so zero them
-/// first. Values are not checked and the milliseconds are dropped. Neither argument may be null.
+/// first. Values are not checked and the milliseconds are dropped.
 ///
+/// @param time    the source; must not be null
+/// @param broken  must not be null
 /// @return @p broken
 ZRCOMMON_API struct tm* SystemTimeToTm(const tagSYSTEMTIME* time, struct tm* broken);
 
 /// Fills all of @p time from @p broken: milliseconds 0, each value cut to its low 16 bits and not
-/// checked. Neither argument may be null.
+/// checked.
 ///
+/// @param broken  the source; must not be null
+/// @param time    must not be null
 /// @return @p time
 ZRCOMMON_API tagSYSTEMTIME* TmToSystemTime(const struct tm* broken, tagSYSTEMTIME* time);
 
@@ -174,14 +187,17 @@ ZRCOMMON_API int GetModulePath(char* buffer);
 /// ZRCopyFile() with another end: on success the target's mode becomes 0777, whatever it was; a
 /// target that could not be written whole is deleted.
 ///
+/// @param source  path
+/// @param target  path of another file: the source itself would be emptied
 /// @return 1 copied; 0 not, also if a path is null
 ZRCOMMON_API int CopyFile(const char* source, const char* target);
 
 /// Runs the init script of a service through the system shell and waits for its end.
 ///
-/// The script is /etc/init.d/rc.d/NAME if that exists, else /etc/init.d/NAME. Its standard output
-/// is thrown away. Its exit status is not looked at: a service that will not start, or is not
-/// running when asked for its status, counts as success.
+/// The script is /etc/init.d/rc.d/NAME if that exists, else /etc/init.d/NAME. It gets the caller's
+/// user, environment and standard error; its standard output is thrown away. Its exit status is not
+/// looked at: a service that will not start, or is not running when asked for its status, counts as
+/// success.
 ///
 /// @param serviceName  the script's bare name: letters, digits and . _ - + @ only, neither "." nor
 ///                     ".."; must not be null

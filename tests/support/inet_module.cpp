@@ -15,11 +15,11 @@ std::string builtModule(const std::string& name) {
 }  // namespace
 
 InetModule::InetModule(const std::string& name) {
-  std::filesystem::copy_file(builtModule(name), kInstalled + "libinet.so");
+  std::filesystem::copy_file(builtModule(name), kInstallation + "libinet.so");
 }
 
 InetModule::~InetModule() {
-  std::filesystem::remove(kInstalled + "libinet.so");
+  std::filesystem::remove(kInstallation + "libinet.so");
 }
 
 ScriptedInet::ScriptedInet(const std::string& script, const std::string& name) : module_(name) {
