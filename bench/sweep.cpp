@@ -109,14 +109,16 @@ Body secureCommand(const std::string& text) {
 }
 
 const Row kRows[] = {
-    {"read a string", "entries", ordinaryProfile, readString},
+    {"read a string", "many sections", ordinaryProfile, readString},
+    {"", "one large section", oneSection, readString},
     {"", "headers alone", headersAlone, readString},
     {"", "headers without an end", openHeaders, readString},
     {"", "blank lines in the section", blankLines, readString},
     {"", "long lines of blanks", blankPieces, readString},
-    {"read a number", "entries", ordinaryProfile, readNumber},
+    {"read a number", "many sections", ordinaryProfile, readNumber},
     {"", "blank lines in the section", blankLines, readNumber},
-    {"change a value", "entries", ordinaryProfile, changeLast},
+    {"change a value", "many sections", ordinaryProfile, changeLast},
+    {"", "one large section", oneSection, changeLast},
     {"", "headers alone", headersAlone, changeLast},
     {"", "blank lines in the section", blankLines, changeLast},
     {"", "a zero byte in every line", zeroBytes, changeLast},

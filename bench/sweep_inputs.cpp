@@ -38,6 +38,10 @@ std::string ordinaryProfile(std::size_t size) {
   return text + kLastEntry;
 }
 
+std::string oneSection(std::size_t size) {
+  return "[last]\n" + repeated("setting=some value\n", size) + "key=value\n";
+}
+
 std::string headersAlone(std::size_t size) {
   return repeated("[]\n", size) + kLastEntry;
 }

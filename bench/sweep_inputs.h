@@ -8,6 +8,7 @@
 
 // Profiles, all with a section "last" and, in it, the key "key" as their last line.
 std::string ordinaryProfile(std::size_t size);
+std::string oneSection(std::size_t size);
 std::string headersAlone(std::size_t size);
 std::string openHeaders(std::size_t size);
 std::string blankLines(std::size_t size);

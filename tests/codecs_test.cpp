@@ -1,23 +1,19 @@
 #include <zrcommon/codecs.h>
 
-#include <algorithm>
-
 #include "support/test.h"
 
 namespace {
 
-using namespace std::string_literals;
-
 constexpr char kKey[] = "8W371KJ05926143DCF57";
-const std::string kSymbols = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_!";
+const S kSymbols = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_!";
 
 // What Decode makes of a buffer of which `capacity` bytes are the caller's, bit by bit.
-std::string modelDecode(const std::string& text, std::size_t capacity) {
-  std::string result = text + '\0';
+S modelDecode(const S& text, std::size_t capacity) {
+  S result = text + '\0';
   result.resize(std::max(result.size(), capacity));
   std::fill_n(result.begin(), capacity, '\0');
   for (std::size_t at = 0, to = 0; at < text.size(); at += 4, to += 3) {
-    const std::string group = (text.substr(at, 4) + "AAA").substr(0, 4);
+    const S group = (text.substr(at, 4) + "AAA").substr(0, 4);
     unsigned bits = 0;
     for (const char symbol : group)
       bits = bits << 6 | unsigned(std::min<std::size_t>(kSymbols.find(symbol), 63));
@@ -28,8 +24,8 @@ std::string modelDecode(const std::string& text, std::size_t capacity) {
 }
 
 // The result and the command that is left, in one text.
-std::string transform(const std::string& command, unsigned char direction, const char* key = kKey) {
-  GuardedText buffer(command + std::string(4 * command.size() + 1, '\0'));
+S transform(const S& command, unsigned char direction, const char* key = kKey) {
+  GuardedText buffer(command + S(4 * command.size() + 1, '\0'));
   const bool result = CPHPOperations(key).TransformPhpCommand(buffer.get(), 1, direction);
   return std::to_string(result) + " " + buffer.text();
 }
@@ -51,7 +47,7 @@ TEST(Rotations, SingleBytes) {
 
 TEST(Rotations, Blocks) {
   for (int length = 0; length < 300; ++length) {
-    std::string bytes, rotated, halves;
+    S bytes, rotated, halves;
     for (int i = 0; i < length; ++i) {
       bytes.push_back(static_cast<char>(i * 7));
       rotated.push_back(ByteRotateLeft(static_cast<unsigned char>(i * 7), 3));
@@ -77,14 +73,14 @@ TEST(Rotations, Blocks) {
 TEST(Codecs, KnownAnswers) {
   CBase64Url base64;
   CPHPOperations operations(kKey);
-  for (const auto& [plain, encoded, secure] : Rows<std::string, std::string, std::string>{
-           {"a", "YQ$$", "WQ$$"},
-           {"=v", "PXY$", "BSE$"},
-           {"name", "bmFtZQ$$", "VjZeUg$$"},
-           {kKey, "OFczNzFLSjA1OTI2MTQzRENGNTc$", "OFczNzFLSjA1OTI2MTQzRENGNTc$"},
-           {"8w371kj0", "OHczNzFrajA$", "OCAzNzEgIDA$"},
-           {"\xfb\xff\xbf\xfe", "_!_!!g$$", "w6iMyQ$$"}}) {
-    GuardedText text(plain + std::string(encoded.size() - plain.size(), '\0'));
+  for (const auto& [plain, encoded, secure] :
+       Rows<S, S, S>{{"a", "YQ$$", "WQ$$"},
+                     {"=v", "PXY$", "BSE$"},
+                     {"name", "bmFtZQ$$", "VjZeUg$$"},
+                     {kKey, "OFczNzFLSjA1OTI2MTQzRENGNTc$", "OFczNzFLSjA1OTI2MTQzRENGNTc$"},
+                     {"8w371kj0", "OHczNzFrajA$", "OCAzNzEgIDA$"},
+                     {"\xfb\xff\xbf\xfe", "_!_!!g$$", "w6iMyQ$$"}}) {
+    GuardedText text(plain + S(encoded.size() - plain.size(), '\0'));
     EXPECT_TRUE(base64.Encode(text.get(), 1));
     EXPECT_EQ(encoded, text.text());
     EXPECT_TRUE(base64.Decode(text.get(), unsigned(text.size())));
@@ -100,9 +96,9 @@ TEST(Crypt, AgreesWithTheModelForEveryKeyLength) {
   Dice dice;
   for (std::size_t keyLength = 1; keyLength < 70; ++keyLength)
     for (std::size_t length : {1, 2, 63, 64, 65, 127, 128, 129, 200, 1000}) {
-      const std::string key = dice.text(keyLength, "ab\xFF"s), used = key.substr(0, 63);
-      const std::string plain = dice.text(length, "abc\xFF"s);
-      std::string expected = plain;
+      const S key = dice.text(keyLength, "ab\xFF"s), used = key.substr(0, 63);
+      const S plain = dice.text(length, "abc\xFF"s);
+      S expected = plain;
       for (std::size_t i = 0; i < length; ++i)
         if (plain[i] != used[i % used.size()]) expected[i] ^= used[i % used.size()];
       GuardedText text(plain);
@@ -129,10 +125,10 @@ TEST(Base64, SymbolsAndStrangers) {
     EXPECT_EQ(kSymbols[at], base64.GetBase64Symbol(static_cast<unsigned char>(value))) << value;
     EXPECT_EQ(at, base64.GetASCIISymbol(kSymbols[at]));
     const char byte = static_cast<char>(value ? value : '$');
-    const bool isGood = (kSymbols + '$').find(byte) != std::string::npos;
+    const bool isGood = (kSymbols + '$').find(byte) != S::npos;
     EXPECT_TRUE(isGood || base64.GetASCIISymbol(byte) == 63) << value;
     for (std::size_t place = 0; place < 7; ++place) {
-      std::string text = "QUJDREV";
+      S text = "QUJDREV";
       text[place] = byte;
       GuardedText buffer(text);
       EXPECT_FALSE(base64.Decode(buffer.get(), 0));
@@ -148,8 +144,8 @@ TEST(Base64, SymbolsAndStrangers) {
 
 TEST(Base64, Limits) {
   for (std::size_t length : {1023, 1024}) {
-    const std::string bytes(length, 'M');
-    GuardedText text(bytes + std::string(1364 - length, '\0')), encoded(bytes);
+    const S bytes(length, 'M');
+    GuardedText text(bytes + S(1364 - length, '\0')), encoded(bytes);
     EXPECT_EQ(length < 1024, CBase64Url().Encode(text.get(), 1));
     EXPECT_EQ(length < 1024 ? 1364 : length, text.text().size());
     EXPECT_EQ(length < 1024, CBase64Url().Decode(encoded.get(), 1));
@@ -160,7 +156,7 @@ TEST(Base64, Limits) {
 TEST(Base64, DecodesWhatNobodyEncoded) {
   Dice dice;
   for (int round = 0; round < 5000; ++round) {
-    const std::string text = dice.text(1 + dice.below(round % 9 ? 12 : 1023), "AZaz09_!$"s);
+    const S text = dice.text(1 + dice.below(round % 9 ? 12 : 1023), "AZaz09_!$"s);
     const std::size_t capacity = 1 + dice.below(text.size() + 8);
     GuardedText buffer(text, capacity > text.size() + 1 ? capacity - text.size() - 1 : 0);
     ASSERT_TRUE(CBase64Url().Decode(buffer.get(), unsigned(capacity)));
@@ -170,7 +166,7 @@ TEST(Base64, DecodesWhatNobodyEncoded) {
 
 TEST(SecureString, Failures) {
   CPHPOperations operations(kKey), keyless("");
-  for (const std::string& text : {""s, std::string(1024, 'A'), "no secure-string"s, "AAAA"s}) {
+  for (const S& text : {""s, S(1024, 'A'), "no secure-string"s, "AAAA"s}) {
     GuardedText buffer(text);
     EXPECT_FALSE(operations.ConvertToPlainString(buffer.get(), 1));
     EXPECT_FALSE(keyless.ConvertToSecureString(buffer.get(), 1));
@@ -199,15 +195,14 @@ TEST(SecureString, PlainFillsItsDestination) {
 }
 
 TEST(SecureString, Pairs) {
-  const std::string tooLong(1024, 'n');
+  const S tooLong(1024, 'n');
   for (const auto& [name, value, result, written] :
-       Rows<std::string, std::string, bool, std::string>{
-           {"name", "value", true, "VjZeUg$$=TjZfQlQ$"},
-           {"name", "", false, "VjZeUg$$="},
-           {"name", tooLong, false, "VjZeUg$$="},
-           {"", "value", false, ""},
-           {tooLong, "value", false, tooLong}}) {
-    GuardedText to(std::string(std::max(written.size(), name.size()), '#'));
+       Rows<S, S, bool, S>{{"name", "value", true, "VjZeUg$$=TjZfQlQ$"},
+                           {"name", "", false, "VjZeUg$$="},
+                           {"name", tooLong, false, "VjZeUg$$="},
+                           {"", "value", false, ""},
+                           {tooLong, "value", false, tooLong}}) {
+    GuardedText to(S(std::max(written.size(), name.size()), '#'));
     EXPECT_EQ(result, CPHPOperations(kKey).ConvertToSecureKeyValuePair(name.c_str(), value.c_str(),
                                                                        to.get(), 1));
     EXPECT_EQ(written, to.text());
@@ -215,21 +210,21 @@ TEST(SecureString, Pairs) {
 }
 
 TEST(SecureCommand, Forms) {
-  for (const auto& [plain, secure, back] : Rows<std::string, std::string, std::string>{
-           // there and back
-           {"p?name=value", "1 p?VjZeUg$$=TjZfQlQ$", "1 p?name=value"},
-           {"a=1", "1 WQ$$=CQ$$", "1 a=1"},
-           {"p?a=b?a=1", "1 p?a=b?WQ$$=CQ$$", "1 p?a=b?a=1"},
-           {"?k==v", "1 ?Uw$$=BSE$", "1 ?k==v"},
-           // with something lost
-           {"p?&a=1&&k=1&", "1 p?WQ$$=CQ$$&Uw$$=CQ$$", "1 p?a=1&k=1"},
-           {"p?a&k=", "1 p?WQ$$=&Uw$$=", "1 p?a=&k="},
-           {"p?==a=1", "1 p?WQ$$=CQ$$", "1 p?a=1"},
-           // nothing to convert
-           {"", "0 ", "0 "},
-           {"page?", "0 page?", "0 page?"},
-           {"p?&&", "0 p?", "0 p?"},
-           {"p?a=1&==", "0 p?WQ$$=CQ$$&", "1 p?a=1"}}) {
+  for (const auto& [plain, secure, back] :
+       Rows<S, S, S>{// there and back
+                     {"p?name=value", "1 p?VjZeUg$$=TjZfQlQ$", "1 p?name=value"},
+                     {"a=1", "1 WQ$$=CQ$$", "1 a=1"},
+                     {"p?a=b?a=1", "1 p?a=b?WQ$$=CQ$$", "1 p?a=b?a=1"},
+                     {"?k==v", "1 ?Uw$$=BSE$", "1 ?k==v"},
+                     // with something lost
+                     {"p?&a=1&&k=1&", "1 p?WQ$$=CQ$$&Uw$$=CQ$$", "1 p?a=1&k=1"},
+                     {"p?a&k=", "1 p?WQ$$=&Uw$$=", "1 p?a=&k="},
+                     {"p?==a=1", "1 p?WQ$$=CQ$$", "1 p?a=1"},
+                     // nothing to convert
+                     {"", "0 ", "0 "},
+                     {"page?", "0 page?", "0 page?"},
+                     {"p?&&", "0 p?", "0 p?"},
+                     {"p?a=1&==", "0 p?WQ$$=CQ$$&", "1 p?a=1"}}) {
     EXPECT_EQ(secure, transform(plain, 1));
     EXPECT_EQ(back, transform(secure.substr(2), 0));
     EXPECT_EQ(back, transform(secure.substr(2), 2));
@@ -251,15 +246,15 @@ TEST(SecureCommand, FailuresKeepWhatWasRebuilt) {
 
 TEST(SecureCommand, Limits) {
   const auto pair = [](std::size_t name, std::size_t value) {
-    return std::string(name, 'n') + "=" + std::string(value, 'v');
+    return S(name, 'n') + "=" + S(value, 'v');
   };
   for (std::size_t length : {764, 765, 766, 1023, 1024}) {
     EXPECT_EQ(length <= 765 ? '1' : '0', transform(pair(length, 1), 1)[0]) << length;
-    const std::string secure = transform(pair(1, length), 1);
+    const S secure = transform(pair(1, length), 1);
     EXPECT_EQ(length <= 1023 ? '1' : '0', secure[0]) << length;
     EXPECT_EQ(length <= 765, transform(secure.substr(2), 0) == "1 " + pair(1, length)) << length;
   }
-  std::string longest = std::string(9000, 'p') + "?" + pair(500, 499);
+  S longest = S(9000, 'p') + "?" + pair(500, 499);
   for (int i = 0; i < 4; ++i) longest += "&" + pair(500, 499);
   longest.resize(9001 + 5119, '&');
   EXPECT_EQ('1', transform(longest, 1)[0]);
@@ -270,8 +265,7 @@ TEST(SecureTool, Commands) {
   const ScratchDirectory scratch;
   putFile(scratch / "key", kKey + "\r\nsecond line\n"s);
   putFile(scratch / "empty", "\n");
-  for (const auto& [key, words, status, out] :
-       Rows<std::string, std::vector<std::string>, int, std::string>{
+  for (const auto& [key, words, status, out] : Rows<S, std::vector<S>, int, S>{
            {kKey, {"secure", "p?name=value"}, 0, "p?VjZeUg$$=TjZfQlQ$\n"},
            {kKey, {"plain", "p?VjZeUg$$=TjZfQlQ$"}, 0, "p?name=value\n"},
            {"x", {"secure", "a=1", "--key-file", scratch / "key"}, 0, "WQ$$=CQ$$\n"},

@@ -6,8 +6,6 @@
 
 namespace {
 
-using S = std::string;
-
 void setBase(S base) {
   S record("\x0c\0\0\0Connection Check", 20);
   record.resize(264);

@@ -4,8 +4,6 @@
 
 namespace {
 
-using S = std::string;
-
 const S kFile = kInstallation + "infoeml.dat";
 const S kFull(260, 'n');
 

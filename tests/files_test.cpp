@@ -1,18 +1,8 @@
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <zrcommon/system.h>
-
-#include <cerrno>
-#include <csignal>
-#include <cstdlib>
-#include <filesystem>
 
 #include "support/test.h"
 
 namespace {
-
-using S = std::string;
 
 S bytes(std::size_t count) {
   S text(count, '\0');

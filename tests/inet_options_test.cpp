@@ -1,14 +1,9 @@
 #include <zrcommon/logging.h>
 #include <zrcommon/network.h>
 
-#include <cerrno>
-#include <filesystem>
-
 #include "support/test.h"
 
 namespace {
-
-using namespace std::string_literals;
 
 tagInetSettings filledWith(char first) {
   tagInetSettings settings;
@@ -17,7 +12,7 @@ tagInetSettings filledWith(char first) {
   return settings;
 }
 
-std::string bytesOf(const tagInetSettings& settings) {
+S bytesOf(const tagInetSettings& settings) {
   return {reinterpret_cast<const char*>(settings.bytes), sizeof settings.bytes};
 }
 
@@ -25,9 +20,9 @@ std::string bytesOf(const tagInetSettings& settings) {
 
 TEST(InetOptions, SavedIntoNewAndExistingFiles) {
   tagInetSettings settings = filledWith('s');
-  for (const std::string& before : {""s, "short"s, std::string(1000, 'o')}) {
+  for (const S& before : {""s, "short"s, S(1000, 'o')}) {
     const ScratchDirectory files;
-    const std::string path = files / std::string(255 - files.path().size() - 1, 'p');
+    const S path = files / S(255 - files.path().size() - 1, 'p');
     if (!before.empty()) putFile(path, before, 0600);
     EXPECT_EQ(1U, SaveInetOptions(path.c_str(), &settings));
     EXPECT_EQ(bytesOf(settings) + (before.size() > 788 ? before.substr(788) : ""), getFile(path));
@@ -40,9 +35,9 @@ TEST(InetOptions, EveryOpenWidensTheMode) {
   for (const auto& [size, result] :
        Rows<std::size_t, unsigned int>{{0, 4}, {787, 4}, {788, 1}, {1000, 1}}) {
     tagInetSettings settings = filledWith('s');
-    putFile(files / "opt", std::string(size, 'x'), 0400);
+    putFile(files / "opt", S(size, 'x'), 0400);
     EXPECT_EQ(result, ReadInetOptions((files / "opt").c_str(), &settings)) << size;
-    EXPECT_EQ(result == 1 ? std::string(788, 'x') : bytesOf(filledWith('s')), bytesOf(settings));
+    EXPECT_EQ(result == 1 ? S(788, 'x') : bytesOf(filledWith('s')), bytesOf(settings));
     EXPECT_EQ(0666U, modeOf(files / "opt")) << size;
   }
 }
@@ -50,8 +45,8 @@ TEST(InetOptions, EveryOpenWidensTheMode) {
 TEST(InetOptions, FailuresLeaveEverythingAlone) {
   const ScratchDirectory files;
   tagInetSettings settings = filledWith('s');
-  const std::string tooLong = files / std::string(256 - files.path().size() - 1, 'p');
-  putFile(tooLong, std::string(788, 'x'), 0600);
+  const S tooLong = files / S(256 - files.path().size() - 1, 'p');
+  putFile(tooLong, S(788, 'x'), 0600);
   EXPECT_EQ(2U, SaveInetOptions(tooLong.c_str(), &settings));
   EXPECT_EQ(2U, ReadInetOptions(tooLong.c_str(), &settings));
   EXPECT_EQ(0600U, modeOf(tooLong));
@@ -68,8 +63,8 @@ TEST(InetOptions, FailuresLeaveEverythingAlone) {
 // What may only be written is created anew, and so emptied first.
 TEST(InetOptions, FilesOfAnotherUser) {
   const ScratchDirectory files;
-  const std::string path = files / "opt";
-  putFile(path, std::string(1000, 'x'), 0200);
+  const S path = files / "opt";
+  putFile(path, S(1000, 'x'), 0200);
   const Outcome outcome = runForked([&] {
     dropPrivileges();
     tagInetSettings settings = filledWith('s');
@@ -82,7 +77,7 @@ TEST(InetOptions, FilesOfAnotherUser) {
 
 TEST(InetOptions, AFullDiskLosesTheFile) {
   const TinyFileSystem disk(4096);
-  putFile(disk / "filler", std::string(4096, 'f'));
+  putFile(disk / "filler", S(4096, 'f'));
   tagInetSettings settings = filledWith('s');
   EXPECT_EQ(3U, SaveInetOptions((disk / "opt").c_str(), &settings));
   EXPECT_EQ(static_cast<unsigned int>(ENOSPC), GetLastError());
@@ -96,10 +91,10 @@ TEST(InetOptions, ConfigIsZerosWithoutAWholeFile) {
     Guarded memory(sizeof(tagZRINETCONFIG));
     auto* const config = memory.data<tagZRINETCONFIG>();
     EXPECT_EQ(0U, ZRGetInetConfig(config, nullptr));
-    EXPECT_EQ(std::string(786, '#'), memory.bytes());
-    if (size) putFile(kInstallation + "zrinet.opt", std::string(size, 'x'));
+    EXPECT_EQ(S(786, '#'), memory.bytes());
+    if (size) putFile(kInstallation + "zrinet.opt", S(size, 'x'));
     EXPECT_EQ(1U, ZRGetInetConfig(config, &error));
-    EXPECT_EQ(std::string(786, size == 788 ? 'x' : '\0'), memory.bytes()) << size;
+    EXPECT_EQ(S(786, size == 788 ? 'x' : '\0'), memory.bytes()) << size;
   }
   EXPECT_EQ(77U, error);
   std::filesystem::remove(kInstallation + "zrinet.opt");

@@ -1,21 +1,14 @@
 #include <linux/rtnetlink.h>
 #include <net/if.h>
-#include <net/if_arp.h>
 #include <sched.h>
-#include <sys/ioctl.h>
-#include <sys/resource.h>
 #include <sys/syscall.h>
-#include <unistd.h>
 #include <zrcommon/network.h>
 
-#include <algorithm>
 #include <deque>
 
 #include "support/test.h"
 
 namespace {
-
-using S = std::string;
 
 // Stands between the library and the kernel: keeps what is sent, and while there is a script,
 // answers from it instead of the kernel.
@@ -102,28 +95,6 @@ void makeNetwork(const S& commands) {
   ASSERT_EQ(0, outcome.status) << outcome.err;
 }
 
-// What the kernel says by its older interface, in the same form as list().
-std::vector<S> ask() {
-  std::vector<S> links;
-  const int fd = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-  struct if_nameindex* const all = ::if_nameindex();
-  for (const struct if_nameindex* each = all; each->if_index != 0; ++each) {
-    ifreq request = {};
-    std::strcpy(request.ifr_name, each->if_name);
-    EXPECT_EQ(0, ::ioctl(fd, SIOCGIFHWADDR, &request));
-    const auto* byte = reinterpret_cast<const unsigned char*>(request.ifr_hwaddr.sa_data);
-    char mac[18] = "";
-    if (request.ifr_hwaddr.sa_family != ARPHRD_NONE)
-      std::snprintf(mac, sizeof mac, "%02x-%02x-%02x-%02x-%02x-%02x", byte[0], byte[1], byte[2],
-                    byte[3], byte[4], byte[5]);
-    EXPECT_EQ(0, ::ioctl(fd, SIOCGIFFLAGS, &request));
-    links.push_back(S(each->if_name) + " " + mac + (request.ifr_flags & IFF_RUNNING ? " 1" : " 0"));
-  }
-  ::if_freenameindex(all);
-  ::close(fd);
-  return links;
-}
-
 // What a message with this body gives; its last byte stands before an unreadable page.
 S parse(const S& body) {
   const S bytes = message(0, body, 16 + body.size());
@@ -187,8 +158,8 @@ TEST(Interfaces, ListsWhatTheKernelHas) {
   wire.sent.clear();
   const auto links = list();
   EXPECT_EQ(505U, links.size());
-  EXPECT_EQ(ask(), links);
-  EXPECT_EQ(1, std::count(links.begin(), links.end(), "va 02-00-00-00-00-0a 1"));
+  for (const char* some : {"lo 00-00-00-00-00-00 1", "va 02-00-00-00-00-0a 1", "tun  0"})
+    EXPECT_EQ(1, std::count(links.begin(), links.end(), some)) << some;
   EXPECT_EQ(S("\x11\0\0\0\x12\0\x01\x03\x01\0\0\0", 12) + bytesOf(::getpid()) + "\x11", wire.sent);
 }
 

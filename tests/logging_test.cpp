@@ -1,25 +1,20 @@
-#include <sys/stat.h>
 #include <zrcommon/logging.h>
-
-#include <cerrno>
 
 #include "support/syscalls.h"
 #include "support/test.h"
 
 namespace {
 
-using namespace std::string_literals;
-
 TEST(Logger, VariablesStartWithTheirInitialValues) {
   EXPECT_EQ(3U, g_dwCurrentTraceLevel__);
   EXPECT_EQ("/zrcommon.log zrcommon"s, g_szLogFileName__ + " "s + g_szAppName__);
-  EXPECT_EQ(std::string(3072, '\0'), std::string(g_szLogPath, 1024) + std::string(szErrMsg, 2048));
+  EXPECT_EQ(S(3072, '\0'), S(g_szLogPath, 1024) + S(szErrMsg, 2048));
 }
 
 TEST(Logger, WritesOneLineAMessage) {
   const char* volatile none = nullptr;
-  const std::string text(5000, 'l');
-  const auto expect = [](int line, const std::string& content, auto write) {
+  const S text(5000, 'l');
+  const auto expect = [](int line, const S& content, auto write) {
     const ScratchDirectory files;
     CZRLogger logger((files / "log").c_str(), nullptr, "COMP");
     write(logger);
@@ -58,15 +53,15 @@ TEST(Logger, AppendsAndLeavesTheModeAlone) {
 
 TEST(Logger, TakesDefaultsAndCutsNames) {
   const ScratchDirectory files;
-  const std::string path = files / std::string(259 - files.path().size() - 1, 'f');
+  const S path = files / S(259 - files.path().size() - 1, 'f');
   const char* const defaultFile = g_szLogFileName__;
   g_szLogFileName__ = path.c_str();
   CZRLogger(nullptr).WriteToFile("x");
   g_szLogFileName__ = nullptr;
   CZRLogger("").WriteToFile("lost");
   g_szLogFileName__ = defaultFile;
-  CZRLogger((path + "cut").c_str(), nullptr, std::string(300, 'c').c_str()).WriteToFile("y");
-  EXPECT_EQ("UNKNOWN x\r\n" + std::string(259, 'c') + " y\r\n", getFile(path));
+  CZRLogger((path + "cut").c_str(), nullptr, S(300, 'c').c_str()).WriteToFile("y");
+  EXPECT_EQ("UNKNOWN x\r\n" + S(259, 'c') + " y\r\n", getFile(path));
 }
 
 TEST(Logger, WritesWithTheAgreedSystemCalls) {
@@ -80,7 +75,7 @@ TEST(Logger, WritesWithTheAgreedSystemCalls) {
 TEST(Logger, ShortWriteLeavesTheLineOpen) {
   const TinyFileSystem disk(4096);
   CZRLogger logger((disk / "log").c_str(), nullptr, "COMP");
-  const std::string message(5000, 'm');
+  const S message(5000, 'm');
   EXPECT_EQ("access open lseek write write write close",
             systemCallsOf([&] { logger.WriteToFile(message.c_str()); }));
   EXPECT_EQ("COMP " + message.substr(0, 4091), getFile(disk / "log"));

@@ -1,18 +1,14 @@
-#include <algorithm>
-
 #include "plain_profile.h"
 #include "support/test.h"
 
 namespace {
 
-using namespace std::string_literals;
-
 // A name of blanks stands for the empty name.
-std::string asGiven(const char* name) {
+S asGiven(const char* name) {
   return " "s + name;
 }
 
-std::string readOurs(const std::string& path, const char* section, const char* key) {
+S readOurs(const S& path, const char* section, const char* key) {
   char out[1025] = {};
   unsigned int error = 0;
   GetPrivateProfileString(asGiven(section).c_str(), asGiven(key).c_str(), "", out, sizeof out,
@@ -21,33 +17,14 @@ std::string readOurs(const std::string& path, const char* section, const char* k
 }
 
 // Some are larger than what is read at once. Zero bytes stand as \1 in the table.
-std::string makeFile(Dice& dice) {
-  static const std::string kBlanks(1010, ' ');
-  static const std::string kLines[] = {"[s]",
-                                       " [ S ]x",
-                                       "[t]",
-                                       "[t",
-                                       "[",
-                                       "]",
-                                       "k=1",
-                                       "\tK = v ",
-                                       "l=2",
-                                       "k",
-                                       "=3",
-                                       "#k=",
-                                       ";",
-                                       "",
-                                       "",
-                                       "\r",
-                                       "k=5\1\n",
-                                       "\1k=4",
-                                       kBlanks,
-                                       kBlanks + "[s]",
-                                       std::string(1019, 'x'),
-                                       std::string(1022, 'y'),
-                                       std::string(1023, 'z'),
-                                       std::string(4092, '[')};
-  std::string file;
+S makeFile(Dice& dice) {
+  static const S kBlanks(1010, ' ');
+  static const S kLines[] = {"[s]",        " [ S ]x",    "[t]",        "[t",        "[",
+                             "]",          "k=1",        "\tK = v ",   "l=2",       "k",
+                             "=3",         "#k=",        ";",          "",          "",
+                             "\r",         "k=5\1\n",    "\1k=4",      kBlanks,     kBlanks + "[s]",
+                             S(1019, 'x'), S(1022, 'y'), S(1023, 'z'), S(4092, '[')};
+  S file;
   for (auto count = dice.below(dice.below(10) ? 20 : 400); count; --count)
     file += kLines[dice.below(std::size(kLines))] + (dice.below(4) ? "\n" : "");
   std::replace(file.begin(), file.end(), '\1', '\0');
@@ -58,7 +35,7 @@ std::string makeFile(Dice& dice) {
 
 TEST(ProfileRandom, FilesAreReadAndChangedAsByThePlainProcedure) {
   const ScratchDirectory scratch;
-  const std::string path = scratch / "p";
+  const S path = scratch / "p";
   const std::pair<const char*, const char*> names[] = {{"s", "k"}, {"s", "l"}, {"t", "k"},
                                                        {"s", ""},  {"", "k"},  {"u", "x"}};
   Dice dice;
@@ -79,24 +56,24 @@ TEST(ProfileRandom, FilesAreReadAndChangedAsByThePlainProcedure) {
 
 TEST(ProfileTool, Commands) {
   const ScratchDirectory scratch;
-  const std::string file = scratch / "p";
+  const S file = scratch / "p";
   putFile(file, "[net]\nPort = 21\nFlag\n");
-  for (const auto& [arguments, status, out] : Rows<std::vector<std::string>, int, std::string>{
-           {{"get", file, "NET", "port"}, 0, "21\n"},
-           {{"get", file, "net", "flag"}, 1, ""},
-           {{"get", file, "net", "x", "--default", "y"}, 0, "y\n"},
-           {{"get-int", file, "net", "port"}, 0, "21\n"},
-           {{"get-int", file, "net", "flag"}, 1, ""},
-           {{"get-int", file, "net", "x", "--default", "-3"}, 0, "-3\n"},
-           {{"set", file, "net", "flag", " up "}, 0, ""},
-           {{"get", file, "net", "flag"}, 0, "up\n"},
-           {{"lint", file}, 0, ""},
-           {{"set", file, "net", "#x", "1"}, 1, ""},
-           {{"set", file, "net", "x", std::string(257, 'v')}, 1, ""},
-           {{"set", file + "x", "net", "x", "1"}, 1, ""},
-           {{"lint", file + "x"}, 1, ""},
-           {{"lint", file, "--json"}, 0, "[]\n"}}) {
-    std::vector<std::string> words = arguments;
+  for (const auto& [arguments, status, out] :
+       Rows<std::vector<S>, int, S>{{{"get", file, "NET", "port"}, 0, "21\n"},
+                                    {{"get", file, "net", "flag"}, 1, ""},
+                                    {{"get", file, "net", "x", "--default", "y"}, 0, "y\n"},
+                                    {{"get-int", file, "net", "port"}, 0, "21\n"},
+                                    {{"get-int", file, "net", "flag"}, 1, ""},
+                                    {{"get-int", file, "net", "x", "--default", "-3"}, 0, "-3\n"},
+                                    {{"set", file, "net", "flag", " up "}, 0, ""},
+                                    {{"get", file, "net", "flag"}, 0, "up\n"},
+                                    {{"lint", file}, 0, ""},
+                                    {{"set", file, "net", "#x", "1"}, 1, ""},
+                                    {{"set", file, "net", "x", S(257, 'v')}, 1, ""},
+                                    {{"set", file + "x", "net", "x", "1"}, 1, ""},
+                                    {{"lint", file + "x"}, 1, ""},
+                                    {{"lint", file, "--json"}, 0, "[]\n"}}) {
+    std::vector<S> words = arguments;
     words.insert(words.begin(), "profile");
     const Outcome outcome = runTool(words);
     EXPECT_EQ(status, outcome.status) << words[1] << outcome.err;
@@ -106,21 +83,21 @@ TEST(ProfileTool, Commands) {
 
 TEST(ProfileTool, LintRemarks) {
   const ScratchDirectory scratch;
-  const std::string file = scratch / "p", name(1020, 'n');
+  const S file = scratch / "p", name(1020, 'n');
   // The numbers of the lines that are remarked on.
-  for (const auto& [text, expected] : Rows<std::string, std::string>{
-           {"#c\n\n[a]\nk='\nl=a;b\n[b]\nk=\n", "4 "},
-           {"\xEF\xBB\xBF[a]\n", "1 1 "},
-           {"k=1\n[a\nk=1\nk=1\n[a]\n", "1 2 "},
-           {"[a]\nk=1\nl=2\nK=3\n[b]\nk=1\n[A]\nk\nk\n", "4 7 "},
-           {"[a]\nk\nl= ;\nm=x #\nn=\"1\" ;\n", "2 3 4 5 5 "},
-           {"[a]\r\nk=1\nl=1\n\0\n"s, "2 4 "},
-           {"[a]\n#" + name + "xy\n#" + name + "xyz", "2 2 3 3 3 "},
-           {"[a]\n" + name.substr(0, 256) + "=\n" + name.substr(0, 257) + "=\n", "3 "}}) {
+  for (const auto& [text, expected] :
+       Rows<S, S>{{"#c\n\n[a]\nk='\nl=a;b\n[b]\nk=\n", "4 "},
+                  {"\xEF\xBB\xBF[a]\n", "1 1 "},
+                  {"k=1\n[a\nk=1\nk=1\n[a]\n", "1 2 "},
+                  {"[a]\nk=1\nl=2\nK=3\n[b]\nk=1\n[A]\nk\nk\n", "4 7 "},
+                  {"[a]\nk\nl= ;\nm=x #\nn=\"1\" ;\n", "2 3 4 5 5 "},
+                  {"[a]\r\nk=1\nl=1\n\0\n"s, "2 4 "},
+                  {"[a]\n#" + name + "xy\n#" + name + "xyz", "2 2 3 3 3 "},
+                  {"[a]\n" + name.substr(0, 256) + "=\n" + name.substr(0, 257) + "=\n", "3 "}}) {
     putFile(file, text);
     const Outcome outcome = runTool({"profile", "lint", file});
-    std::string lines;
-    for (std::size_t at = 0; (at = outcome.out.find(file + ":", at)) != std::string::npos;) {
+    S lines;
+    for (std::size_t at = 0; (at = outcome.out.find(file + ":", at)) != S::npos;) {
       at += file.size() + 1;
       lines += outcome.out.substr(at, outcome.out.find(':', at) - at) + " ";
     }

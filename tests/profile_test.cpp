@@ -1,17 +1,9 @@
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <zrcommon/profile.h>
-
-#include <cstdlib>
 
 #include "support/syscalls.h"
 #include "support/test.h"
 
 namespace {
-
-using namespace std::string_literals;
-using S = std::string;
 
 int allocations = 0;
 const S kLong(300, 'n');

@@ -1,14 +1,8 @@
-#include <fcntl.h>
-#include <unistd.h>
 #include <zrcommon/system.h>
-
-#include <algorithm>
 
 #include "support/test.h"
 
 namespace {
-
-using S = std::string;
 
 const unsigned char* bytesOf(const S& text) {
   return reinterpret_cast<const unsigned char*>(text.data());

@@ -1,15 +1,10 @@
-#include <unistd.h>
 #include <zrcommon/codecs.h>
 #include <zrcommon/strings.h>
-
-#include <algorithm>
-#include <csignal>
 
 #include "support/test.h"
 
 namespace {
 
-using namespace std::string_literals;
 using Units = std::u16string;
 using Wide = unsigned short;
 
@@ -19,8 +14,8 @@ const Wide* units(const char16_t* text) {
 
 // The numbers of the results that are not null.
 template <typename... Result>
-std::string notNull(const Result*... results) {
-  std::string numbers;
+S notNull(const Result*... results) {
+  S numbers;
   int number = 0;
   ((++number, results ? numbers += std::to_string(number) + " " : numbers), ...);
   return numbers;
@@ -150,7 +145,7 @@ TEST(Copy, MemoryGoesForwards) {
 
 TEST(Convert, Widening) {
   for (int length = 0; length < 256; ++length) {
-    std::string text;
+    S text;
     Units expected = u"x";
     for (int byte = 256 - length; byte < 256; ++byte) {
       text.push_back(static_cast<char>(byte));
@@ -170,10 +165,10 @@ TEST(Convert, Widening) {
 TEST(Convert, Narrowing) {
   for (std::size_t length = 0; length < 90; ++length) {
     Units text(length, u'\x20AC');
-    std::string expected = "x" + std::string(length, '\xAC') + '\0';
+    S expected = "x" + S(length, '\xAC') + '\0';
     if (length > 2) text[1] = u'\x0100', expected[2] = '\0';
     GuardedUnits from(text);
-    GuardedText to("x" + std::string(length, '#'));
+    GuardedText to("x" + S(length, '#'));
     to.get()[1 + length] = '#';
     EXPECT_EQ(to.get() + 1, CopyWSZToSZ(to.get() + 1, from.get()));
     EXPECT_EQ(expected, to.bytes());
@@ -199,9 +194,9 @@ TEST(Case, ChangesAsciiLettersOnly) {
   for (const auto& [change, expected] :
        {std::pair(My_StrLwr, lower), std::pair(My_StrUpr, upper), std::pair(my_strupr, upper)})
     for (long from = 0; from < 255; ++from) {
-      GuardedText text(std::string(all.begin() + from, all.begin() + 255));
+      GuardedText text(S(all.begin() + from, all.begin() + 255));
       EXPECT_EQ(text.get(), change(text.get()));
-      EXPECT_EQ(std::string(expected.begin() + from, expected.begin() + 255), text.text());
+      EXPECT_EQ(S(expected.begin() + from, expected.begin() + 255), text.text());
     }
   // Where nothing changes nothing is stored: these cannot be written to.
   static const char kNarrow[] =
@@ -218,7 +213,7 @@ TEST(Case, UprTakesEveryByte) {
 }
 
 TEST(Trim, Sides) {
-  const Rows<const char*, std::string, std::string> rows = {
+  const Rows<const char*, S, S> rows = {
       // all the bytes
       {"", "\0"s, "\0"s},
       {"  ", "\0\0\0"s, "\0\0\0"s},
@@ -236,13 +231,13 @@ TEST(Trim, Sides) {
 
 TEST(Trim, Removing) {
   for (const auto& [before, after] :
-       Rows<std::string, std::string>{{"", ""}, {"a,b,,c,", "abc"}, {"abc", "abc"}, {",,", ""}}) {
-    std::string text = before;
+       Rows<S, S>{{"", ""}, {"a,b,,c,", "abc"}, {"abc", "abc"}, {",,", ""}}) {
+    S text = before;
     EXPECT_EQ(before.empty() ? 1 : 0, RemoveCharFromString(&text, ','));
     EXPECT_EQ(after, text);
   }
   const Outcome neverPassesAZero = runForked([] {
-    std::string text = "a\0b,"s;
+    S text = "a\0b,"s;
     ::alarm(1);
     return RemoveCharFromString(&text, ',');
   });

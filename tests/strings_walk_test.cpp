@@ -1,7 +1,5 @@
 #include <zrcommon/strings.h>
 
-#include <algorithm>
-
 #include "support/test.h"
 #include "text/occurrences.h"
 
@@ -28,24 +26,24 @@ int modelCompare(const std::basic_string<Char>& a, const std::basic_string<Char>
 }
 
 // Where the pattern is, its middle unit aside; npos if nowhere.
-std::size_t modelSearch(const std::string& text, std::string pattern) {
+std::size_t modelSearch(const S& text, S pattern) {
   for (std::size_t at = 0; at + pattern.size() <= text.size(); ++at) {
     if (pattern.size() % 2 && !text.empty())
       pattern[pattern.size() / 2] = text[at + pattern.size() / 2];
     if (text.compare(at, pattern.size(), pattern) == 0) return at;
   }
-  return std::string::npos;
+  return S::npos;
 }
 
-void expectAt(std::size_t expected, const std::string& text, const std::string& pattern) {
+void expectAt(std::size_t expected, const S& text, const S& pattern) {
   GuardedText narrow(text), narrowPattern(pattern);
   GuardedUnits wide(Units(text.begin(), text.end())),
       widePattern(Units(pattern.begin(), pattern.end()));
   const char* const found = my_strstr(narrow.get(), narrowPattern.get());
   const Wide* const wideFound = my_wcsstr(wide.get(), widePattern.get());
-  EXPECT_EQ(expected, found ? std::size_t(found - narrow.get()) : std::string::npos)
+  EXPECT_EQ(expected, found ? std::size_t(found - narrow.get()) : S::npos)
       << pattern << " in " << text;
-  EXPECT_EQ(expected, wideFound ? std::size_t(wideFound - wide.get()) : std::string::npos)
+  EXPECT_EQ(expected, wideFound ? std::size_t(wideFound - wide.get()) : S::npos)
       << "wide " << pattern << " in " << text;
 }
 
@@ -98,9 +96,8 @@ TEST(Compare, AgreesWithTheModelUpToTheEndOfMemory) {
     const std::size_t both = std::min(a.size(), b.size()) + 1;
     a.resize(both), b.resize(both);
     ASSERT_EQ(modelCompare(a, b, both, 0xFFFF), my_wmemcmp(x.get(), y.get(), int(both)));
-    std::string narrow(a.begin(), a.end() - 1), other(b.begin(), b.end() - 1);
-    for (std::string* text : {&narrow, &other})
-      std::replace(text->begin(), text->end(), '\0', '\xE1');
+    S narrow(a.begin(), a.end() - 1), other(b.begin(), b.end() - 1);
+    for (S* text : {&narrow, &other}) std::replace(text->begin(), text->end(), '\0', '\xE1');
     GuardedText s(narrow, dice.below(20)), t(other, dice.below(20));
     ASSERT_EQ(modelCompare(narrow, other, ~0U, 0xDF), my_stricmp(s.get(), t.get()));
     ASSERT_EQ(modelCompare(narrow, other, count, 0xDF),
@@ -109,7 +106,7 @@ TEST(Compare, AgreesWithTheModelUpToTheEndOfMemory) {
 }
 
 TEST(Search, TwoEnded) {
-  constexpr std::size_t kNone = std::string::npos;
+  constexpr std::size_t kNone = S::npos;
   for (const auto& [text, pattern, at] :
        Rows<const char*, const char*, std::size_t>{{"xyz", "q", 0},
                                                    {"", "q", kNone},
@@ -128,18 +125,18 @@ TEST(Search, TwoEnded) {
 TEST(Search, AgreesWithTheModel) {
   Dice dice;
   for (int round = 0; round < 4000; ++round) {
-    const std::string text = dice.text(dice.below(300), std::string(round % 2 ? "aaab" : "ab\xE9"));
-    std::string pattern = text.substr(dice.below(text.size() + 1), dice.below(40));
+    const S text = dice.text(dice.below(300), S(round % 2 ? "aaab" : "ab\xE9"));
+    S pattern = text.substr(dice.below(text.size() + 1), dice.below(40));
     for (char& byte : pattern)
       if (dice.below(30) == 0) byte = 'b';
     expectAt(modelSearch(text, pattern), text, pattern);
   }
   // Texts that a search at every place would be slow on.
   for (const std::size_t half : {20, 21, 400}) {
-    const std::string run(half, 'a');
-    for (const std::string& end : {run + "b" + run, run + "bba" + run, run + "b" + run + "a", run})
+    const S run(half, 'a');
+    for (const S& end : {run + "b" + run, run + "bba" + run, run + "b" + run + "a", run})
       for (const char* middle : {"?", "b?a", "b?", "bba", "c"}) {
-        const std::string text = std::string(3000, 'a') + end, pattern = run + middle + run;
+        const S text = S(3000, 'a') + end, pattern = run + middle + run;
         expectAt(modelSearch(text, pattern), text, pattern);
       }
   }
@@ -148,14 +145,14 @@ TEST(Search, AgreesWithTheModel) {
 // A one in front of the bits makes words of every length of them.
 TEST(Search, EveryOccurrenceOfEveryPattern) {
   const auto word = [](unsigned int bits) {
-    std::string text;
+    S text;
     for (; bits > 1; bits /= 2) text += bits % 2 ? 'b' : 'a';
     return text;
   };
   for (unsigned int textBits = 2048; textBits < 4096; ++textBits) {
-    const std::string text = word(textBits);
+    const S text = word(textBits);
     for (unsigned int patternBits = 2; patternBits < 512; ++patternBits) {
-      const std::string pattern = word(patternBits);
+      const S pattern = word(patternBits);
       Occurrences<char> places(text.data(), text.size(), pattern.data(), pattern.size());
       for (std::size_t at = text.find(pattern); at != text.npos; at = text.find(pattern, at + 1))
         ASSERT_EQ(at, places.next()) << pattern << " in " << text;

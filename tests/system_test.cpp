@@ -1,18 +1,13 @@
 #include <dlfcn.h>
 #include <sys/time.h>
-#include <unistd.h>
 #include <zrcommon/logging.h>
 #include <zrcommon/system.h>
 
-#include <cerrno>
 #include <climits>
-#include <cstdlib>
 
 #include "support/test.h"
 
 namespace {
-
-using S = std::string;
 
 const S kModuleLog = "/zrcommon.log";
 const S kServices = "/etc/init.d/", kFirstServices = "/etc/init.d/rc.d/";

@@ -5,8 +5,6 @@
 
 namespace {
 
-using S = std::string;
-
 const S kUrl = "http://host/page?a=1";
 const S kHello = "header 4\nread 9 HHHHhello";
 

@@ -2,23 +2,15 @@
 #include <arpa/inet.h>
 #include <dlfcn.h>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
-#include <unistd.h>
 #include <zrcommon/network.h>
-
-#include <csignal>
-#include <cstdlib>
-#include <filesystem>
 
 #include "examples/inet/inet.h"
 #include "support/inet_module.h"
 #include "support/test.h"
 
 namespace {
-
-using S = std::string;
 
 const S kUrl = "http://127.0.0.1:8080/";
 const S kSecureUrl = "https://127.0.0.1:8443/";

@@ -40,9 +40,11 @@ void checkLibrary(Report& report) {
 // Any mode but 0666 keeps the components of some users from writing, until one of its owner does.
 void checkLog(Report& report) {
   constexpr char kLog[] = "/zrcommon.log";
-  const std::string line = std::string("log ") + kLog + ": ";
+  std::error_code noLink;
+  const std::string target = std::filesystem::read_symlink(kLog, noLink);
+  const std::string line = "log " + (std::string(kLog) + (noLink ? ": " : " -> " + target + ": "));
   struct stat status = {};
-  if (::lstat(kLog, &status) != 0)
+  if (::stat(kLog, &status) != 0)
     return errno == ENOENT ? report.note(line +
                                          "none; no module failed to load since it was last "
                                          "moved away, or only users who may not write to / "
@@ -111,6 +113,21 @@ void checkFile(Report& report, const ProductFile& file) {
   report.good(line);
 }
 
+// What a writer of profiles that was ended half-way leaves behind.
+void checkLeftOvers(Report& report) {
+  std::error_code ignored;
+  for (const auto& entry : std::filesystem::directory_iterator(kInstallDirectory, ignored)) {
+    const std::filesystem::path& copy = entry.path();
+    if (copy.extension() != ".tmp") continue;
+    const std::string profile = copy.parent_path() / copy.stem();
+    const std::string advice = "; see zrtool profile recover " + profile;
+    if (::access(profile.c_str(), F_OK) == 0)
+      report.note("temporary file " + copy.string() + ": left over" + advice);
+    else
+      report.bad("temporary file " + copy.string() + ": what it was to replace is gone" + advice);
+  }
+}
+
 void checkNetlinkPorts(Report& report, const std::vector<std::string>& processes) {
   const NetlinkPorts ports = findTakenNetlinkPorts(processes);
   for (const auto& taken : ports.taken)
@@ -140,6 +157,7 @@ void examine(const DoctorArguments& arguments) {
   checkDirectory(report);
   checkInternetLibrary(report);
   for (const ProductFile& file : files) checkFile(report, file);
+  checkLeftOvers(report);
   checkLog(report);
   checkNetlinkPorts(report, arguments.processes);
   report.finish();

@@ -20,6 +20,7 @@ struct ProfileArguments {
   std::optional<std::string> textDefault;
   std::optional<int> numberDefault;
   bool json = false;
+  bool discard = false;
 };
 
 unsigned int read(const ProfileArguments& arguments, std::string& text) {
@@ -77,6 +78,10 @@ void lint(const ProfileArguments& arguments) {
     throw Refusal(arguments.file + ": remarks: " + std::to_string(remarks.size()));
 }
 
+void recover(const ProfileArguments& arguments) {
+  recoverProfile(arguments.file, arguments.discard);
+}
+
 using Arguments = std::shared_ptr<ProfileArguments>;
 
 CLI::App* addAction(CLI::App* family, const char* name, const char* help,
@@ -110,4 +115,10 @@ void addProfileCommands(CLI::App& app) {
   auto* linting = addAction(family, "lint", "Say, line by line, what is not read as people expect",
                             arguments, lint);
   linting->add_flag("--json", arguments->json, "Print a JSON array of line and remark");
+  addAction(
+      family, "recover",
+      "Tell what an interrupted change left of FILE, and finish it where that is safe. Nothing "
+      "else may be changing FILE meanwhile.",
+      arguments, recover)
+      ->add_flag("--discard", arguments->discard, "Remove FILE.tmp where FILE itself is whole");
 }

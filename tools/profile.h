@@ -14,4 +14,9 @@ struct Remark {
 /// cannot be opened.
 std::vector<Remark> lintProfile(const std::string& path);
 
+/// Tells what an interrupted change left of a profile and its temporary copy. Puts the copy in the
+/// place of a profile that is missing; removes it beside one that is not, if @p discard is set.
+/// Throws Refusal if anything is left to do.
+void recoverProfile(const std::string& file, bool discard);
+
 #endif  // ZRCOMMON_TOOLS_PROFILE_H

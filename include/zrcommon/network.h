@@ -66,6 +66,7 @@ extern "C" {
 ///
 /// A missing file is created. An existing one is overwritten in place and never shortened, so what
 /// lies beyond the record stays. Afterwards the file has mode 0666, whatever it had before.
+/// Nothing is locked: callers keep those who save apart from one another and from readers.
 ///
 /// @param path      at most 255 characters
 /// @param settings  only read

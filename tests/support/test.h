@@ -1,8 +1,17 @@
 #ifndef ZRCOMMON_TESTS_SUPPORT_TEST_H
 #define ZRCOMMON_TESTS_SUPPORT_TEST_H
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
 #include <random>
 #include <string>
 #include <tuple>
@@ -11,6 +20,9 @@
 #include "support/child.h"
 #include "support/files.h"
 #include "support/guarded.h"
+
+using S = std::string;
+using namespace std::string_literals;
 
 /// What a test goes through, row by row.
 template <typename... Field>
