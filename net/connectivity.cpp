@@ -45,7 +45,7 @@ unsigned int ZRIsInternetConnectionOn(std::string url) {
   unsigned int ignoredError = 0;
   if (!ZRGetInetConfig(&config, &ignoredError)) return 0;
   // Kept: 1 alone means present, whatever other numbers an internet library may come up with
-  // (test Connectivity.OnlyOneMeansPresent)
+  // (test Connectivity.FirstProbeDecides)
   return isFilePresent(url.c_str(), &config) == 1;
 }
 

@@ -90,7 +90,7 @@ void copyThroughEntry(LineSource& profile, const Change& change, OutputFile& cop
 }
 
 // Kept: a zero byte cuts its piece off, line feed included, so the next line joins it; files with
-// zero bytes have always come out so (test ProfileWriting.ZeroBytes)
+// zero bytes have always come out so (test ProfileWriting.Files)
 void appendVisible(OutputFile& copy, std::string_view pieces) {
   std::size_t known = 0;
   for (std::size_t zero = 0; (zero = pieces.find('\0', known)) != std::string_view::npos;) {

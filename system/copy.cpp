@@ -14,7 +14,7 @@ constexpr std::size_t kChunkBytes = 1024;
 enum class Copied { kNothing, kPart, kAll };
 
 // Kept: a read error ends the source as its end does, so that what can be read is saved (test
-// Copy.ReadErrorIsTheEndOfTheSource)
+// Copy.NothingHappensWithoutBothFiles)
 Copied copyBytes(int source, int target) {
   char chunk[kChunkBytes];
   for (;;) {

@@ -1,8 +1,7 @@
 // In a process of its own: the loader remembers which search directories were missing.
-#include <gtest/gtest.h>
 #include <zrcommon/system.h>
 
-#include <filesystem>
+#include "support/test.h"
 
 namespace {
 

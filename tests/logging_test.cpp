@@ -1,143 +1,103 @@
-#include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <zrcommon/logging.h>
 
-#include <cerrno>
-#include <cstring>
-#include <functional>
-
-#include "support/child.h"
-#include "support/files.h"
 #include "support/syscalls.h"
+#include "support/test.h"
 
 namespace {
 
-// A logger on a file of its own.
-class Logger : public testing::Test {
- protected:
-  ScratchDirectory files_;
-  std::string path_ = files_ / "a.log";
-  CZRLogger logger_{path_.c_str(), "app", "COMP"};
-};
-
-TEST(Variables, StartWithTheirInitialValues) {
+TEST(Logger, VariablesStartWithTheirInitialValues) {
   EXPECT_EQ(3U, g_dwCurrentTraceLevel__);
-  EXPECT_EQ('/', g_szLogFileName__[0]);
-  EXPECT_STREQ("zrcommon", g_szAppName__);
-  EXPECT_EQ(std::string(sizeof g_szLogPath, '\0'), std::string(g_szLogPath, 1024));
-  EXPECT_EQ(std::string(sizeof szErrMsg, '\0'), std::string(szErrMsg, 2048));
+  EXPECT_EQ("/zrcommon.log zrcommon"s, g_szLogFileName__ + " "s + g_szAppName__);
+  EXPECT_EQ(S(3072, '\0'), S(g_szLogPath, 1024) + S(szErrMsg, 2048));
 }
 
-TEST_F(Logger, WritesOneLineAMessage) {
+TEST(Logger, WritesOneLineAMessage) {
   const char* volatile none = nullptr;
-  const std::string longText(5000, 'l');
-  const struct {
-    int line;
-    std::function<void(CZRLogger&)> write;
-    std::string content;
-  } rows[] = {
-      {__LINE__, [](CZRLogger& l) { l.WriteToLog(2, "%d %s", 7, "up"); }, "COMP 7 up\r\n"},
-      {__LINE__, [](CZRLogger& l) { l.WriteToLog(6, 100, "%d", -1); }, "COMP -1\r\n"},
-      {__LINE__, [](CZRLogger& l) { l.WriteToFile("50%s\n"); }, "COMP 50%s\n\r\n"},
-      {__LINE__, [](CZRLogger& l) { l.WriteToFile(""); }, "COMP \r\n"},
-      {__LINE__, [&](CZRLogger& l) { l.WriteToLog(1, "%s", longText.c_str()); },
-       "COMP " + longText.substr(0, 4095) + "\r\n"},
-      {__LINE__, [&](CZRLogger& l) { l.WriteToLog(1, 5001, "%s", longText.c_str()); },
-       "COMP " + longText + "\r\n"},
-      {__LINE__, [](CZRLogger& l) { l.WriteToLog(1, 3, "abcdef"); }, "COMP ab\r\n"},
-      {__LINE__, [](CZRLogger& l) { l.WriteToLog(1, 1, "abc"); }, "COMP \r\n"},
-      {__LINE__,
-       [](CZRLogger& l) { l.SetLogVariables("/nowhere/at/all", "", ""), l.WriteToFile("x"); }, ""},
-      {__LINE__, [&](CZRLogger& l) { l.WriteToLog(1, none); }, ""},
-      {__LINE__, [&](CZRLogger& l) { l.WriteToLog(1, 10, none); }, ""},
-      {__LINE__, [&](CZRLogger& l) { l.WriteToFile(none); }, ""},
-      {__LINE__, [](CZRLogger& l) { l.WriteToLog(4, "x"); }, ""},
-      {__LINE__, [](CZRLogger& l) { l.WriteToLog(4, 10, "x"); }, ""},
-      {__LINE__, [](CZRLogger& l) { l.WriteToLog(1, 0, "x"); }, ""},
-  };
-  for (const auto& row : rows) {
-    ScratchDirectory files;
+  const S text(5000, 'l');
+  const auto expect = [](int line, const S& content, auto write) {
+    const ScratchDirectory files;
     CZRLogger logger((files / "log").c_str(), nullptr, "COMP");
-    row.write(logger);
-    EXPECT_EQ(row.content, getFile(files / "log")) << "row of line " << row.line;
-    EXPECT_EQ(!row.content.empty(), isThere(files / "log")) << "row of line " << row.line;
-  }
+    write(logger);
+    EXPECT_EQ(content, getFile(files / "log")) << "line " << line;
+    EXPECT_EQ(!content.empty(), isThere(files / "log")) << "line " << line;
+  };
+  using L = CZRLogger;
+  expect(__LINE__, "COMP 7 up\r\n", [](L& l) { l.WriteToLog(2, "%d %s", 7, "up"); });
+  expect(__LINE__, "COMP -1\r\n", [](L& l) { l.WriteToLog(6, 100, "%d", -1); });
+  expect(__LINE__, "COMP 50%s\n\r\n", [](L& l) { l.WriteToFile("50%s\n"); });
+  expect(__LINE__, "COMP \r\n", [](L& l) { l.WriteToFile(""); });
+  expect(__LINE__, "COMP " + text.substr(0, 4095) + "\r\n",
+         [&](L& l) { l.WriteToLog(1, "%s", text.c_str()); });
+  expect(__LINE__, "COMP " + text + "\r\n",
+         [&](L& l) { l.WriteToLog(1, 5001, "%s", text.c_str()); });
+  expect(__LINE__, "COMP ab\r\n", [](L& l) { l.WriteToLog(1, 3, "abcdef"); });
+  expect(__LINE__, "COMP \r\n", [](L& l) { l.WriteToLog(1, 1, "abc"); });
+  expect(__LINE__, "", [](L& l) { l.SetLogVariables("/no/such", "", ""), l.WriteToFile("x"); });
+  expect(__LINE__, "", [&](L& l) { l.WriteToLog(1, none), l.WriteToLog(1, 10, none); });
+  expect(__LINE__, "", [&](L& l) { l.WriteToFile(none), l.WriteToLog(1, 0, "x"); });
+  expect(__LINE__, "", [](L& l) { l.WriteToLog(4, "x"), l.WriteToLog(4, 10, "x"); });
+  g_dwCurrentTraceLevel__ = 4;
+  expect(__LINE__, "COMP x\r\n", [](L& l) { l.WriteToLog(3, "-"), l.WriteToLog(12, "x"); });
+  g_dwCurrentTraceLevel__ = 3;
 }
 
-TEST_F(Logger, AppendsAndLeavesTheModeAlone) {
-  putFile(path_, "before\n", 0640);
-  logger_.WriteToFile("x");
-  logger_.WriteToFile("y");
-  EXPECT_EQ("before\nCOMP x\r\nCOMP y\r\n", getFile(path_));
-  EXPECT_EQ(0640U, modeOf(path_));
-  CZRLogger((files_ / "new").c_str(), nullptr, "C").WriteToFile("x");
-  EXPECT_EQ(0600U, modeOf(files_ / "new"));
+TEST(Logger, AppendsAndLeavesTheModeAlone) {
+  const ScratchDirectory files;
+  putFile(files / "old", "before\n", 0640);
+  for (const char* name : {"old", "old", "new"})
+    CZRLogger((files / name).c_str(), nullptr, "C").WriteToFile("x");
+  EXPECT_EQ("before\nC x\r\nC x\r\n", getFile(files / "old"));
+  EXPECT_EQ(0640U, modeOf(files / "old"));
+  EXPECT_EQ(0600U, modeOf(files / "new"));
 }
 
-TEST_F(Logger, TakesDefaultsAndCutsNames) {
+TEST(Logger, TakesDefaultsAndCutsNames) {
+  const ScratchDirectory files;
+  const S path = files / S(259 - files.path().size() - 1, 'f');
   const char* const defaultFile = g_szLogFileName__;
-  g_szLogFileName__ = path_.c_str();
+  g_szLogFileName__ = path.c_str();
   CZRLogger(nullptr).WriteToFile("x");
-  logger_.SetLogVariables(nullptr, nullptr, std::string(300, 'c').c_str());
-  logger_.WriteToFile("y");
   g_szLogFileName__ = nullptr;
   CZRLogger("").WriteToFile("lost");
   g_szLogFileName__ = defaultFile;
-  EXPECT_EQ("UNKNOWN x\r\n" + std::string(259, 'c') + " y\r\n", getFile(path_));
-  const std::string longest = files_ / std::string(259 - files_.path().size() - 1, 'f');
-  CZRLogger((longest + "cut").c_str(), nullptr, "C").WriteToFile("x");
-  EXPECT_EQ("C x\r\n", getFile(longest));
+  CZRLogger((path + "cut").c_str(), nullptr, S(300, 'c').c_str()).WriteToFile("y");
+  EXPECT_EQ("UNKNOWN x\r\n" + S(259, 'c') + " y\r\n", getFile(path));
 }
 
-TEST_F(Logger, HonoursTheTraceMask) {
-  g_dwCurrentTraceLevel__ = 4;
-  logger_.WriteToLog(3, "no");
-  logger_.WriteToLog(12, "yes");
-  g_dwCurrentTraceLevel__ = 3;
-  EXPECT_EQ("COMP yes\r\n", getFile(path_));
+TEST(Logger, WritesWithTheAgreedSystemCalls) {
+  const ScratchDirectory files;
+  CZRLogger logger((files / "log").c_str(), nullptr, "COMP");
+  EXPECT_EQ("access open lseek write write write write close",
+            systemCallsOf([&] { logger.WriteToLog(1, "%s", "text"); }));
+  EXPECT_EQ("", systemCallsOf([&] { logger.WriteToLog(4, "%s", "text"); }));
 }
 
-TEST_F(Logger, WritesWithTheAgreedSystemCalls) {
-  const auto write = [this] { logger_.WriteToLog(1, "%s", "text"); };
-  EXPECT_EQ("access open lseek write write write write close", systemCallsOf(write));
-  EXPECT_EQ("", systemCallsOf([this] { logger_.WriteToLog(4, "%s", "text"); }));
-}
-
-TEST_F(Logger, ShortWriteLeavesTheLineOpen) {
+TEST(Logger, ShortWriteLeavesTheLineOpen) {
   const TinyFileSystem disk(4096);
-  const std::string path = disk / "full.log";
-  logger_.SetLogVariables(path.c_str(), nullptr, "COMP");
-  errno = 0;
-  logger_.WriteToLog(1, 8000, "%s", std::string(5000, 'm').c_str());
-  EXPECT_EQ("COMP " + std::string(4091, 'm'), getFile(path));
+  CZRLogger logger((disk / "log").c_str(), nullptr, "COMP");
+  const S message(5000, 'm');
   EXPECT_EQ("access open lseek write write write close",
-            systemCallsOf([this] { logger_.WriteToFile("x"); }));
-  logger_.SetLogVariables("/dev/full", nullptr, "COMP");
-  logger_.WriteToFile("x");
+            systemCallsOf([&] { logger.WriteToFile(message.c_str()); }));
+  EXPECT_EQ("COMP " + message.substr(0, 4091), getFile(disk / "log"));
+  errno = 0;
+  logger.WriteToFile("x");
   EXPECT_EQ(static_cast<unsigned int>(ENOSPC), GetLastError());
 }
 
 TEST(PlainLog, WidensTheModeOnEveryWrite) {
-  ScratchDirectory files;
+  const ScratchDirectory files;
   const mode_t mask = ::umask(077);
   putFile(files / "old", "1\n", 0600);
-  for (const char* name : {"old", "new"}) WriteToLog((files / name).c_str(), "x");
+  for (const char* name : {"old", "new", "no/such"}) WriteToLog((files / name).c_str(), "x");
   ::umask(mask);
-  EXPECT_EQ("1\nx\n", getFile(files / "old"));
-  EXPECT_EQ("x\n", getFile(files / "new"));
-  EXPECT_EQ(0666U, modeOf(files / "old"));
-  EXPECT_EQ(0666U, modeOf(files / "new"));
-}
-
-TEST(PlainLog, IgnoresNullAndWhatCannotBeOpened) {
-  ScratchDirectory files;
-  WriteToLog(nullptr, "x");
-  WriteToLog((files / "log").c_str(), nullptr);
-  WriteToLog((files / "no/such").c_str(), "x");
   EXPECT_EQ(static_cast<unsigned int>(ENOENT), GetLastError());
-  EXPECT_FALSE(isThere(files / "log"));
-  const auto write = [&] { WriteToLog((files / "log").c_str(), "x"); };
-  EXPECT_EQ("access open write write close chmod", systemCallsOf(write));
+  EXPECT_EQ("1\nx\nx\n", getFile(files / "old") + getFile(files / "new"));
+  EXPECT_EQ(0666U, modeOf(files / "old") & modeOf(files / "new"));
+  WriteToLog(nullptr, "x");
+  WriteToLog((files / "none").c_str(), nullptr);
+  EXPECT_FALSE(isThere(files / "none"));
+  EXPECT_EQ("access open write write close chmod",
+            systemCallsOf([&] { WriteToLog((files / "old").c_str(), "x"); }));
 }
 
 }  // namespace

@@ -100,7 +100,7 @@ bool CBase64Url::Encode(char* buffer, unsigned int capacity) {
   const std::size_t length = ::strnlen(buffer, kTextBytes);
   if (length == 0 || length == kTextBytes) return false;
   // Kept: the capacity bounds nothing; callers pass that of the plain text, in buffers sized for
-  // the encoded one (test Base64.KnownAnswers)
+  // the encoded one (test Codecs.KnownAnswers)
   encodeInPlace(buffer, length);
   return true;
 }

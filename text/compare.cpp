@@ -29,7 +29,7 @@ struct Folded {
 };
 
 // Kept: a null argument makes the result 1, whichever side it is on and on both, and no result is
-// ever anything but -1, 0 and 1 (test Compare.AsIs)
+// ever anything but -1, 0 and 1 (test Compare.NullIsGreater)
 template <template <typename> class Rule, typename Unit>
 int compare(const Unit* a, const Unit* b, std::size_t count) {
   if (!a || !b) return 1;

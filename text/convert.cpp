@@ -47,7 +47,7 @@ char* CatWSZToSZ(char* to, const unsigned short* from) {
 }
 
 // Kept: both conversions only look at their arguments; callers fall back on the copies above
-// (test Convert.Placeholders)
+// (test Strings.PlaceholdersOnlyLookAtTheirArguments)
 bool ConvertToWideChar(const char* from, unsigned short* to, unsigned int capacity) {
   return from && to && capacity != 0;
 }

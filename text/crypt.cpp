@@ -9,7 +9,7 @@ constexpr std::size_t kKeyBytes = 64;
 constexpr std::size_t kBlockBytes = 64;
 
 // Kept: a byte that equals its key byte stays as it is, in the clear. It would become zero and end
-// the text, and left alone it comes back on the way back too (test Crypt.KnownAnswers)
+// the text, and left alone it comes back on the way back too (test Codecs.KnownAnswers)
 char mixed(char byte, char key) {
   const auto result = static_cast<char>(byte ^ key);
   return result ? result : key;

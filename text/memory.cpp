@@ -27,7 +27,7 @@ unsigned short* my_wmemcpy(unsigned short* to, const unsigned short* from, int c
     return to;
   }
   // Kept: copies forwards, unit by unit in effect, so that over a source that it overlaps from
-  // above it repeats the units in between (test Memory.CopyGoesForwards)
+  // above it repeats the units in between (test Copy.MemoryGoesForwards)
   for (std::size_t i = 0; i < asCount(count); ++i) to[i] = from[i];
   return to;
 }

@@ -97,7 +97,7 @@ unsigned short* my_wcsstr(const unsigned short* text, const unsigned short* patt
 unsigned short* my_wcschr(const unsigned short* text, unsigned short wanted) {
   if (!text) return nullptr;
   const std::size_t at = scan::firstStop(text, scan::kNoLimit, AtUnitOrTerminator{wanted});
-  // Kept: unlike the C library's, the terminator is never found (test Search.ForAUnit)
+  // Kept: unlike the C library's, the terminator is never found (test Strings.EveryLength)
   return text[at] ? const_cast<unsigned short*>(text + at) : nullptr;
 }
 

@@ -32,7 +32,7 @@ char* TrimLeft(char* text) {
   const std::size_t length = std::strlen(text + blanks);
   std::memmove(text, text + blanks, length);
   // Kept: as many zeros as there were blanks follow the text, up to the old terminator; callers
-  // that know the old length compare and write the whole of it (test Trim.Left)
+  // that know the old length compare and write the whole of it (test Trim.Sides)
   std::memset(text + length, 0, blanks);
   return text;
 }
@@ -40,7 +40,7 @@ char* TrimLeft(char* text) {
 int RemoveCharFromString(std::string* text, char unwanted) {
   if (text->empty()) return 1;
   // Kept: the walk neither removes a zero byte nor gets past it, and so never ends on a string
-  // that holds one (test Trim.RemovingNeverPassesAZeroByte)
+  // that holds one (test Trim.Removing)
   if (unwanted != '\0' && text->find('\0') != std::string::npos) waitForever();
   text->erase(std::remove(text->begin(), text->end(), unwanted), text->end());
   return 0;

@@ -1,7 +1,7 @@
 #include "zrcommon/codecs.h"
 
 // Kept: both only look at their arguments; callers treat the destination as theirs to fill
-// (test Utf8.Placeholders)
+// (test Strings.PlaceholdersOnlyLookAtTheirArguments)
 bool CUTF8::Encode(const unsigned short* from, char* to, unsigned int capacity) {
   return from && to && capacity != 0;
 }

@@ -1,6 +1,5 @@
 #include "support/child.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <linux/capability.h>
 #include <sys/mman.h>
@@ -13,44 +12,33 @@
 namespace {
 
 // Output goes through memory files, so that neither side ever waits for the other.
-class MemoryFile {
- public:
-  explicit MemoryFile(const std::string& content = "") : fd_(::memfd_create("child", MFD_CLOEXEC)) {
-    EXPECT_EQ(static_cast<ssize_t>(content.size()), ::write(fd_, content.data(), content.size()));
-    ::lseek(fd_, 0, SEEK_SET);
-  }
-  ~MemoryFile() { ::close(fd_); }
-  MemoryFile(const MemoryFile&) = delete;
-  MemoryFile& operator=(const MemoryFile&) = delete;
+int memoryFile(const std::string& content = "") {
+  const int fd = ::memfd_create("child", MFD_CLOEXEC);
+  EXPECT_EQ(static_cast<ssize_t>(content.size()), ::pwrite(fd, content.data(), content.size(), 0));
+  return fd;
+}
 
-  int get() const { return fd_; }
-  std::string content() const {
-    std::string text(static_cast<std::size_t>(::lseek(fd_, 0, SEEK_END)), '\0');
-    EXPECT_EQ(static_cast<ssize_t>(text.size()), ::pread(fd_, text.data(), text.size(), 0));
-    return text;
-  }
-
- private:
-  int fd_;
-};
+std::string closeAndRead(int fd) {
+  std::string text(static_cast<std::size_t>(::lseek(fd, 0, SEEK_END)), '\0');
+  EXPECT_EQ(static_cast<ssize_t>(text.size()), ::pread(fd, text.data(), text.size(), 0));
+  ::close(fd);
+  return text;
+}
 
 Outcome runWith(const std::string& input, const std::function<int()>& body) {
-  const MemoryFile in(input);
-  const MemoryFile out;
-  const MemoryFile err;
+  const int streams[] = {memoryFile(input), memoryFile(), memoryFile()};
   const pid_t child = ::fork();
   if (child == 0) {
-    ::dup2(in.get(), 0);
-    ::dup2(out.get(), 1);
-    ::dup2(err.get(), 2);
+    for (int fd = 0; fd < 3; ++fd) ::dup2(streams[fd], fd);
     const int result = body();
     std::fflush(nullptr);
     ::_exit(result);
   }
   int status = 0;
   EXPECT_EQ(child, ::waitpid(child, &status, 0));
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), out.content(),
-          err.content()};
+  ::close(streams[0]);
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
+          closeAndRead(streams[1]), closeAndRead(streams[2])};
 }
 
 }  // namespace
@@ -64,6 +52,11 @@ Outcome run(const std::vector<std::string>& command, const std::string& input) {
     std::perror(arguments[0]);
     return 127;
   });
+}
+
+Outcome runTool(std::vector<std::string> arguments, const std::string& input) {
+  arguments.insert(arguments.begin(), ZR_BUILD_DIR "/zrtool");
+  return run(arguments, input);
 }
 
 Outcome runForked(const std::function<int()>& body) {

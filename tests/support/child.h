@@ -15,6 +15,9 @@ struct Outcome {
 /// Runs a program to its end, with @p input on its standard input.
 Outcome run(const std::vector<std::string>& command, const std::string& input = "");
 
+/// The same for zrtool.
+Outcome runTool(std::vector<std::string> arguments, const std::string& input = "");
+
 /// Runs @p body in a forked child and gives its result (0 to 255) as the exit status, with what it
 /// printed. For what changes a process for good.
 Outcome runForked(const std::function<int()>& body);

@@ -3,6 +3,9 @@
 
 #include <string>
 
+/// Where the library expects the product's files, with the slash.
+inline const std::string kInstallation = "/usr/lib/Valdrix/Valdrix/";
+
 /// Creates or replaces a file. Fails the test if it cannot.
 void putFile(const std::string& path, const std::string& content, unsigned int mode = 0644);
 

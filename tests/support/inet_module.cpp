@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr char kInstalled[] = "/usr/lib/Valdrix/Valdrix/libinet.so";
-
 std::string builtModule(const std::string& name) {
   return ZR_BUILD_DIR "/examples/inet/lib" + name + ".so";
 }
@@ -17,11 +15,11 @@ std::string builtModule(const std::string& name) {
 }  // namespace
 
 InetModule::InetModule(const std::string& name) {
-  std::filesystem::copy_file(builtModule(name), kInstalled);
+  std::filesystem::copy_file(builtModule(name), kInstallation + "libinet.so");
 }
 
 InetModule::~InetModule() {
-  std::filesystem::remove(kInstalled);
+  std::filesystem::remove(kInstallation + "libinet.so");
 }
 
 ScriptedInet::ScriptedInet(const std::string& script, const std::string& name) : module_(name) {
