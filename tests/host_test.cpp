@@ -11,7 +11,6 @@
 #include <dlfcn.h>
 
 #include <cstdio>
-#include <utility>
 
 #include "support/files.h"
 #include "support/operations.h"
@@ -45,12 +44,17 @@ unsigned int ZRGetInetConfig(tagZRINETCONFIG*, unsigned int*) {
 
 namespace {
 
+bool isTheHosts(const std::string& name) {
+  return name == "WriteToLog" || name == "CopyFile" || name == "ZRGetInetConfig";
+}
+
 // Every operation that asks the system for something, but for those that the host has itself.
 TEST(Host, TheLibraryKeepsToItsOwnFunctions) {
   const std::string answers = getFile(ZR_SOURCE_DIR "/tests/answers/faults.txt");
   for (const Operation& operation : systemOperations()) {
+    if (isTheHosts(operation.name.substr(0, operation.name.find(' ')))) continue;
     const std::string outcome = outcomeOf(operation);
-    if (std::exchange(callsToTheHost, 0) != 0) continue;
+    EXPECT_EQ(0, callsToTheHost) << operation.name;
     EXPECT_NE(answers.npos, answers.find(operation.name + "\n  " + outcome + "\n")) << outcome;
   }
   char header[] = "[ name ]";
