@@ -24,8 +24,8 @@ struct Trace {
   int descriptorsLeft = 0;         ///< opened and not closed
 };
 
-/// Runs @p body in a traced child, with faults. A child that still waits after three seconds is ended
-/// by SIGALRM.
+/// Runs @p body in a traced child, with faults. A child that still waits after three seconds is
+/// ended by SIGALRM.
 Trace trace(const std::function<void()>& body, const Faults& faults = {});
 
 /// The system calls that @p body makes, in order, as words between blanks: "open read close".
