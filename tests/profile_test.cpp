@@ -132,6 +132,11 @@ TEST(ProfileReading, FilesThatGiveNoLine) {
   const ScratchDirectory scratch;
   EXPECT_EQ("102 ", read(scratch / "missing", "s", "k"));
   EXPECT_EQ("204 ", read(scratch.path(), "s", "k"));
+  // What a failed read leaves unfinished, in the middle of a line, is not there.
+  putFile(scratch / "p", "[s]\n" + S(32760, '\n') + "k=1234\n");
+  trace([&] { putFile(scratch / "out", read(scratch / "p", "s", "k")); },
+        {{2, {Fault::kFails, EIO}}});
+  EXPECT_EQ("202 ", getFile(scratch / "out"));
   int ends[2] = {};
   ASSERT_EQ(0, ::pipe2(ends, O_CLOEXEC | O_DIRECT));  // a read gives no more than one write took
   for (const S packet : {"[", "s]", "\n", "k", "=", "1\n", "l=2"})

@@ -1,7 +1,9 @@
 #include "support/syscalls.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/ptrace.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/user.h>
 #include <sys/wait.h>
@@ -32,6 +34,12 @@ std::string nameOf(long number) {
       {SYS_futex, "futex"},       {SYS_getrandom, "getrandom"}};
   const auto found = names.find(number);
   return found == names.end() ? std::to_string(number) : found->second;
+}
+
+// True for a descriptor that programs started by the host would get too.
+bool isInherited(const user_regs_struct& call) {
+  if (call.orig_rax == SYS_openat) return !(call.rdx & O_CLOEXEC);
+  return call.orig_rax == SYS_socket && !(call.rsi & SOCK_CLOEXEC);
 }
 
 // The address sanitizer maps memory when it likes.
@@ -115,7 +123,8 @@ Trace trace(const std::function<void()>& body, const Faults& faults) {
   int markers = 0;
   int openBefore = 0;
   while (child.proceed()) {
-    const long number = static_cast<long>(child.registers().orig_rax);
+    const user_regs_struct call = child.registers();
+    const long number = static_cast<long>(call.orig_rax);
     if (number == kMarker) {
       const int open = child.countDescriptors();
       seen.descriptorsLeft = markers == 0 ? 0 : open - openBefore;
@@ -123,7 +132,7 @@ Trace trace(const std::function<void()>& body, const Faults& faults) {
       ++markers;
     } else if (markers == 1 && !isUnseen(number)) {
       const auto fault = faults.find(seen.calls.size());
-      seen.calls.push_back(nameOf(number));
+      seen.calls.push_back(nameOf(number) + (isInherited(call) ? " inherited" : ""));
       if (fault != faults.end() && child.makeCall(fault->second)) continue;
       if (fault != faults.end()) break;
     }

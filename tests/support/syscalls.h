@@ -19,7 +19,8 @@ using Faults = std::map<std::size_t, Fault>;
 
 /// How a traced child fared.
 struct Trace {
-  std::vector<std::string> calls;  ///< "open", "read"; a call without a name here as its number
+  std::vector<std::string> calls;  ///< "open", "read"; a call without a name here as its number,
+                                   ///< one that leaves its descriptor to others as "open inherited"
   int signal = 0;                  ///< what ended it, if it did not end by itself
   int descriptorsLeft = 0;         ///< opened and not closed
 };
