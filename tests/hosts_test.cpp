@@ -74,6 +74,20 @@ TEST(Hosts, SetALocale) {
   std::setlocale(LC_ALL, "C");
 }
 
+// A locale with letters beyond ASCII, which upper-casing has to look up.
+TEST(Hosts, LocaleOfOneByteLetters) {
+  ScratchDirectory files;
+  ASSERT_EQ(0, run({"localedef", "-i", "de_DE", "-f", "ISO-8859-1", files / "one_byte"}).status);
+  const Outcome child = runForked([&] {
+    ::setenv("LOCPATH", files.path().c_str(), 1);
+    if (!std::setlocale(LC_CTYPE, "one_byte")) return 1;
+    char text[] = "z\xE4\xFFz";
+    strUpr(text, 4);
+    return std::string(text) == "Z\xC4\xFFZ" ? 0 : 2;
+  });
+  EXPECT_EQ(0, child.status);
+}
+
 TEST(Hosts, Fork) {
   const std::string usual = allOutcomes();
   const Outcome child = runForked([&] { return allOutcomes() == usual ? 0 : 1; });
