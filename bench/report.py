@@ -16,7 +16,7 @@ import sys
 
 def medians(run):
     times = {}
-    for each in run["benchmarks"]:
+    for each in sorted(run["benchmarks"], key=lambda each: each["family_index"]):
         if each.get("run_type") == "iteration" and not each.get("error_occurred"):
             row, contestant = each["run_name"].rsplit("/", 1)
             times.setdefault(row, {}).setdefault(contestant, []).append(each["real_time"])
@@ -65,30 +65,28 @@ def bars(rows):
 
 def draw(rows, context):
     drawn = list(bars(rows))
-    top, step, left, unit = 60, 18, 360, 90
+    top, step, axis, doubling = 60, 18, 520, 60
     height = top + step * len(drawn) + 30
     caption = f"{context['date'][:10]}, {context['processor']}, {context['num_cpus']} processors"
     lines = [
-        f'<svg xmlns="http://www.w3.org/2000/svg" width="1000" height="{height}" '
+        f'<svg xmlns="http://www.w3.org/2000/svg" width="1200" height="{height}" '
         'font-family="sans-serif" font-size="12">',
         '<rect width="100%" height="100%" fill="white"/>',
         '<text x="10" y="20" font-size="16">libzrcommon: speed against the fastest peer '
-        '(bare limit where there is none), peer = 1.0</text>',
+        '(bare limit where there is none), peer = 1.0; every 60 points are twice as fast</text>',
         f'<text x="10" y="40" fill="#555">{html.escape(caption)}</text>',
     ]
     for index, (row, name, ratio) in enumerate(drawn):
         y = top + step * index
-        length = unit * math.log2(max(ratio, 0.125))
-        x = left + 120 + min(length, 0)
+        length = doubling * math.log2(min(max(ratio, 0.125), 128))
         color = "#2a7f3f" if ratio >= 0.995 else "#b0662a"
         lines += [
-            f'<text x="{left + 20}" y="{y + 12}" text-anchor="end" '
-            f'transform="translate(-20 0)">{html.escape(row)}</text>',
-            f'<rect x="{x:.1f}" y="{y + 2}" width="{max(abs(length), 1):.1f}" height="13" fill="{color}"/>',
-            f'<text x="{max(left + 120 + length, left + 120) + 5:.1f}" y="{y + 12}">'
-            f'{ratio}x {html.escape(name)}</text>',
+            f'<text x="{axis - 190}" y="{y + 12}" text-anchor="end">{html.escape(row)}</text>',
+            f'<rect x="{axis + min(length, 0):.1f}" y="{y + 2}" width="{max(abs(length), 1):.1f}" '
+            f'height="13" fill="{color}"/>',
+            f'<text x="{axis + max(length, 0) + 5:.1f}" y="{y + 12}">{ratio}x {html.escape(name)}</text>',
         ]
-    lines.append(f'<line x1="{left + 120}" y1="{top}" x2="{left + 120}" y2="{height - 25}" stroke="black"/>')
+    lines.append(f'<line x1="{axis}" y1="{top}" x2="{axis}" y2="{height - 25}" stroke="black"/>')
     lines.append("</svg>")
     return "\n".join(lines) + "\n"
 
