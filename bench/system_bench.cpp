@@ -94,21 +94,6 @@ void enterSearches() {
   }
 }
 
-// What a search costs for each byte as texts grow: a line that stays level is linear.
-void enterSweep() {
-  for (std::size_t size = std::size_t{1} << 12U; size <= std::size_t{1} << 22U; size *= 4) {
-    const std::string text = repeat("ab", size);
-    std::string pattern = repeat("ab", size / 4);
-    pattern[size / 8] = 'c';
-    const std::string row = "SearchFor, sweep " + std::to_string(size >> 10U) + " KiB";
-    enter(row, "ours", [text, pattern] {
-      must(SearchFor(reinterpret_cast<const Byte*>(text.data()), static_cast<int>(text.size()),
-                     reinterpret_cast<const Byte*>(pattern.data()),
-                     static_cast<int>(pattern.size())) == -1);
-    });
-  }
-}
-
 std::string makeFile(const char* name, const std::string& content) {
   const std::string path = std::string("/tmp/zrcommon-bench-") + name;
   std::ofstream(path, std::ios::binary) << content;
@@ -178,7 +163,6 @@ void enterCopies() {
 
 void enterSystemRows() {
   enterSearches();
-  enterSweep();
   enterFileSearches();
   enterCopies();
 }
