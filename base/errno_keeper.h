@@ -3,6 +3,8 @@
 
 #include <cerrno>
 
+namespace zrcommon {
+
 /// Gives errno back as it was, for clean-up: callers read errno through GetLastError(), and what
 /// they want to know is why the call failed, not how its clean-up went.
 class ErrnoKeeper {
@@ -15,5 +17,7 @@ class ErrnoKeeper {
  private:
   int saved_;
 };
+
+}  // namespace zrcommon
 
 #endif  // ZRCOMMON_BASE_ERRNO_KEEPER_H

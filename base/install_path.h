@@ -3,6 +3,8 @@
 
 #include <cstddef>
 
+namespace zrcommon {
+
 inline constexpr char kInstallDirectory[] = "/usr/lib/Valdrix/Valdrix/";
 
 /// The path of a file in the installation directory, joined at compile time.
@@ -19,5 +21,7 @@ class InstallPath {
   static constexpr std::size_t kDirectoryLength = sizeof(kInstallDirectory) - 1;
   char text_[kDirectoryLength + NameSize];
 };
+
+}  // namespace zrcommon
 
 #endif  // ZRCOMMON_BASE_INSTALL_PATH_H

@@ -9,7 +9,9 @@
 #include <vector>
 
 #include "fuzz/support.h"
-#include "net/directory_record.h"
+#include "network/directory_record.h"
+
+using namespace zrcommon;
 
 namespace {
 

@@ -1,5 +1,7 @@
 #include "fuzz/answers.h"
-#include "net/inet_library.h"
+#include "network/inet_library.h"
+
+using namespace zrcommon;
 
 extern "C" {
 

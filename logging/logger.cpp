@@ -7,9 +7,11 @@
 #include <memory>
 #include <new>
 
-#include "base/copy.h"
-#include "base/fd.h"
+#include "base/copy_truncated.h"
+#include "base/file.h"
 #include "zrcommon/logging.h"
+
+using namespace zrcommon;
 
 namespace {
 
@@ -37,9 +39,9 @@ CZRLogger::CZRLogger(const char* component) {
 }
 
 void CZRLogger::SetLogVariables(const char* logFile, const char* appName, const char* component) {
-  copyCut(m_szLogFileName, logFile ? logFile : g_szLogFileName__);
-  copyCut(m_szAppName, appName ? appName : g_szAppName__);
-  copyCut(m_szComponent, component ? component : "UNKNOWN");
+  copyTruncated(m_szLogFileName, logFile ? logFile : g_szLogFileName__);
+  copyTruncated(m_szAppName, appName ? appName : g_szAppName__);
+  copyTruncated(m_szComponent, component ? component : "UNKNOWN");
 }
 
 void CZRLogger::WriteToLog(unsigned int levelMask, const char* format, ...) {

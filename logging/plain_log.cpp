@@ -3,8 +3,10 @@
 
 #include <cstring>
 
-#include "base/fd.h"
+#include "base/file.h"
 #include "zrcommon/logging.h"
+
+using namespace zrcommon;
 
 void WriteToLog(const char* path, const char* text) {
   if (!path || !text) return;

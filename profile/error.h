@@ -1,6 +1,8 @@
 #ifndef ZRCOMMON_PROFILE_ERROR_H
 #define ZRCOMMON_PROFILE_ERROR_H
 
+namespace zrcommon {
+
 /// What the error argument of the profile functions receives.
 enum ProfileError : unsigned int {
   kNoError = 0,
@@ -12,5 +14,7 @@ enum ProfileError : unsigned int {
   kEmptySection = 205,
   kEmptyValue = 206,
 };
+
+}  // namespace zrcommon
 
 #endif  // ZRCOMMON_PROFILE_ERROR_H

@@ -2,6 +2,8 @@
 
 #include "zrcommon/profile.h"
 
+using namespace zrcommon;
+
 char* Trim(char* text) {
   if (!text) return nullptr;
   while (isBlank(*text)) *text++ = '\0';

@@ -9,6 +9,8 @@
 #include <optional>
 #include <string_view>
 
+namespace zrcommon {
+
 /// What a line of a profile means: the rules that the readers, the writer and the tool share.
 
 /// The longest piece in which a line is taken, and a buffer that can hold its text.
@@ -90,5 +92,7 @@ inline bool namesSection(std::string_view header, std::string_view section) {
   const auto name = sectionOf(header);
   return name && isSameName(*name, section);
 }
+
+}  // namespace zrcommon
 
 #endif  // ZRCOMMON_PROFILE_LINE_H

@@ -5,8 +5,10 @@
 #include <cstring>
 #include <string_view>
 
-#include "base/fd.h"
+#include "base/file.h"
 #include "profile/line.h"
+
+namespace zrcommon {
 
 /// A profile opened for reading, taken piece by piece, or in runs of whole pieces where only a few
 /// of them matter. The bytes are brought in by blocks, into memory of its own: what it hands out
@@ -78,5 +80,7 @@ class LineSource {
   bool hasEnded_ = false;
   char block_[kBlockBytes];
 };
+
+}  // namespace zrcommon
 
 #endif  // ZRCOMMON_PROFILE_LINE_SOURCE_H

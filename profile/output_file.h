@@ -5,7 +5,9 @@
 #include <optional>
 #include <string_view>
 
-#include "base/fd.h"
+#include "base/file.h"
+
+namespace zrcommon {
 
 /// The temporary copy of a profile, written by blocks from memory of its own.
 class OutputFile {
@@ -57,5 +59,7 @@ class OutputFile {
   std::size_t length_ = 0;
   char block_[kBlockBytes];
 };
+
+}  // namespace zrcommon
 
 #endif  // ZRCOMMON_PROFILE_OUTPUT_FILE_H

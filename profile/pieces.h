@@ -7,6 +7,8 @@
 
 #include "profile/line_source.h"
 
+namespace zrcommon {
+
 /// Runs of whole pieces, searched without visiting each piece.
 
 /// Where the piece begins that holds the byte at @p at; a piece is known to begin at @p known.
@@ -57,5 +59,7 @@ bool takeThroughHeader(LineSource& profile, std::string_view section, Visit visi
   }
   return false;
 }
+
+}  // namespace zrcommon
 
 #endif  // ZRCOMMON_PROFILE_PIECES_H

@@ -5,6 +5,8 @@
 #include "profile/pieces.h"
 #include "zrcommon/profile.h"
 
+using namespace zrcommon;
+
 namespace {
 
 // Finds the entry in the section that was entered.

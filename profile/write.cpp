@@ -7,6 +7,8 @@
 #include "profile/pieces.h"
 #include "zrcommon/profile.h"
 
+using namespace zrcommon;
+
 namespace {
 
 struct Change {

@@ -3,9 +3,11 @@
 #include <cstdio>
 #include <cstring>
 
-#include "base/fd.h"
+#include "base/file.h"
 #include "base/install_path.h"
 #include "zrcommon/system.h"
+
+using namespace zrcommon;
 
 namespace {
 

@@ -2,8 +2,10 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "base/fd.h"
+#include "base/file.h"
 #include "zrcommon/system.h"
+
+using namespace zrcommon;
 
 namespace {
 

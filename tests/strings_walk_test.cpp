@@ -1,7 +1,9 @@
 #include <zrcommon/strings.h>
 
+#include "strings/two_way.h"
 #include "support/test.h"
-#include "text/occurrences.h"
+
+using namespace zrcommon;
 
 namespace {
 
@@ -153,7 +155,7 @@ TEST(Search, EveryOccurrenceOfEveryPattern) {
     const S text = word(textBits);
     for (unsigned int patternBits = 2; patternBits < 512; ++patternBits) {
       const S pattern = word(patternBits);
-      Occurrences<char> places(text.data(), text.size(), pattern.data(), pattern.size());
+      TwoWaySearch<char> places(text.data(), text.size(), pattern.data(), pattern.size());
       for (std::size_t at = text.find(pattern); at != text.npos; at = text.find(pattern, at + 1))
         ASSERT_EQ(at, places.next()) << pattern << " in " << text;
       ASSERT_EQ(SIZE_MAX, places.next()) << pattern << " in " << text;

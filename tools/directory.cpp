@@ -7,9 +7,11 @@
 #include <limits>
 
 #include "base/install_path.h"
-#include "net/directory_record.h"
+#include "network/directory_record.h"
 #include "tools/commands.h"
 #include "tools/json.h"
+
+using namespace zrcommon;
 
 namespace {
 

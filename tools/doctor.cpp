@@ -13,6 +13,8 @@
 #include "tools/netlink_ports.h"
 #include "tools/report.h"
 
+using namespace zrcommon;
+
 namespace {
 
 std::string installed(const std::string& name) {

@@ -9,9 +9,11 @@
 #include <cstring>
 #include <iostream>
 
-#include "base/fd.h"
+#include "base/file.h"
 #include "tools/commands.h"
 #include "tools/progress.h"
+
+using namespace zrcommon;
 
 namespace {
 

@@ -10,6 +10,8 @@
 #include "tools/codes.h"
 #include "tools/json.h"
 
+using namespace zrcommon;
+
 namespace {
 
 struct ProfileArguments {

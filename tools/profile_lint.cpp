@@ -8,6 +8,8 @@
 #include "tools/codes.h"
 #include "tools/profile.h"
 
+using namespace zrcommon;
+
 namespace {
 
 constexpr std::size_t kNameLength = 256;

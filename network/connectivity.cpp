@@ -1,0 +1,64 @@
+#include <cstring>
+#include <new>
+#include <string>
+
+#include "network/inet_library.h"
+
+using namespace zrcommon;
+
+namespace {
+
+constexpr unsigned int kBaseEntry = 12;
+constexpr char kBaseName[] = "Connection Check";
+constexpr std::size_t kBaseBytes = 256;
+
+constexpr char kFirstProbe[] = "msg32.htm";
+constexpr char kSecondProbe[] = "msg32.bin";
+
+enum Code : unsigned int { kNoFault = 0, kNothingReached = 105, kOnlySecondReached = 140 };
+
+// Gives the address of the directory of the probe files, ending in "/". False if there is none, or
+// none that fits with its "/".
+bool findBase(char (&base)[kBaseBytes]) {
+  if (!GetValueFromInfoEml(kBaseEntry, kBaseName, base, kBaseBytes)) return false;
+  const std::size_t length = ::strnlen(base, kBaseBytes);
+  if (length == 0 || length == kBaseBytes) return false;
+  if (base[length - 1] == '/') return true;
+  if (length + 1 == kBaseBytes) return false;
+  std::memcpy(base + length, "/", 2);
+  return true;
+}
+
+bool isReached(const char* base, const char* file) {
+  try {
+    return ZRIsInternetConnectionOn(std::string(base) + file) == 1;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+}
+
+}  // namespace
+
+unsigned int ZRIsInternetConnectionOn(std::string url) {
+  const InetLibrary library;
+  IsInternetFilePresentFunction* isFilePresent = nullptr;
+  if (!library.find("IsInternetFilePresent", isFilePresent)) return 0;
+  tagZRINETCONFIG config = {};
+  unsigned int ignoredError = 0;
+  if (!ZRGetInetConfig(&config, &ignoredError)) return 0;
+  // Kept: 1 alone means present, whatever other numbers an internet library may come up with
+  // (test Connectivity.FirstProbeDecides)
+  return isFilePresent(url.c_str(), &config) == 1;
+}
+
+unsigned int CheckInternetConnection(unsigned int* error) {
+  if (!error) return 0;
+  *error = kNoFault;
+  char base[kBaseBytes] = {};
+  if (!findBase(base)) return 0;
+  if (isReached(base, kFirstProbe)) return 1;
+  // Kept: the second file decides about the code only; a server that has lost the first one fails
+  // the check (test Connectivity.FirstProbeDecides)
+  *error = isReached(base, kSecondProbe) ? kOnlySecondReached : kNothingReached;
+  return 0;
+}

@@ -1,0 +1,41 @@
+#include "strings/length.h"
+#include "zrcommon/strings.h"
+
+using namespace zrcommon;
+
+namespace {
+
+struct AtDifference {
+  static bool stops(WideUnit x, WideUnit y) { return x != y; }
+  static scan::Window marks(scan::Window x, scan::Window y) { return scan::equal<WideUnit>(x, y); }
+};
+
+}  // namespace
+
+int my_wmemcmp(const unsigned short* a, const unsigned short* b, int count) {
+  if (!a || !b) return 1;
+  const std::size_t at = scan::firstStop(a, b, asCount(count), AtDifference{});
+  if (at == asCount(count)) return 0;
+  return a[at] > b[at] ? 1 : -1;
+}
+
+unsigned short* my_wmemcpy(unsigned short* to, const unsigned short* from, int count) {
+  if (!to || !from) return nullptr;
+  const std::size_t bytes = asCount(count) * sizeof(WideUnit);
+  const auto distance =
+      reinterpret_cast<std::uintptr_t>(to) - reinterpret_cast<std::uintptr_t>(from);
+  if (distance == 0 || distance >= bytes) {
+    std::memmove(to, from, bytes);
+    return to;
+  }
+  // Kept: copies forwards, unit by unit in effect, so that over a source that it overlaps from
+  // above it repeats the units in between (test Copy.MemoryGoesForwards)
+  for (std::size_t i = 0; i < asCount(count); ++i) to[i] = from[i];
+  return to;
+}
+
+unsigned short* my_wmemmove(unsigned short* to, const unsigned short* from, unsigned int count) {
+  if (!to || !from) return nullptr;
+  std::memmove(to, from, std::size_t{count} * sizeof(WideUnit));
+  return to;
+}

@@ -1,0 +1,117 @@
+#include "strings/length.h"
+#include "strings/two_way.h"
+#include "zrcommon/strings.h"
+
+using namespace zrcommon;
+
+namespace {
+
+using scan::Window;
+
+struct AtUnit {
+  WideUnit wanted;
+  bool stops(WideUnit unit, WideUnit) const { return unit == wanted; }
+  Window marks(Window units, Window) const { return _mm_xor_si128(units, scan::repeat(wanted)); }
+};
+
+struct AtUnitOrTerminator {
+  WideUnit wanted;
+  bool stops(WideUnit unit, WideUnit) const { return unit == wanted || unit == 0; }
+  Window marks(Window units, Window) const {
+    return _mm_andnot_si128(scan::equal<WideUnit>(units, scan::repeat(wanted)), units);
+  }
+};
+
+std::size_t find(const WideUnit* text, WideUnit wanted, std::size_t count) {
+  return scan::firstStop(text, count, AtUnit{wanted});
+}
+
+std::size_t find(const char* text, char wanted, std::size_t count) {
+  const void* const place = std::memchr(text, wanted, count);
+  return place ? static_cast<std::size_t>(static_cast<const char*>(place) - text) : count;
+}
+
+// Kept: the middle unit of a pattern of odd length is never compared, so it stands for any unit;
+// callers' patterns make use of it (test Search.TwoEnded)
+template <typename Unit>
+bool matchesAt(const Unit* text, const Unit* pattern, std::size_t length, std::size_t& effort) {
+  std::size_t front = 0;
+  for (std::size_t back = length - 1; front < back; ++front, --back)
+    if (text[front] != pattern[front] || text[back] != pattern[back]) break;
+  effort += front;
+  return front == length / 2;
+}
+
+// Looks for the half in front of the middle and the half behind it, and where both are in their
+// places there is a match. Takes time in proportion to the text, whatever it holds.
+template <typename Unit>
+const Unit* searchHalves(const Unit* text, std::size_t textLength, const Unit* pattern,
+                         std::size_t length) {
+  const std::size_t half = length / 2;
+  const std::size_t second = length - half;
+  TwoWaySearch<Unit> fronts(text, textLength - second, pattern, half);
+  TwoWaySearch<Unit> backs(text + second, textLength - second, pattern + second, half);
+  std::size_t front = fronts.next();
+  std::size_t back = backs.next();
+  while (front != back)
+    if (front < back)
+      front = fronts.next();
+    else
+      back = backs.next();
+  return front == TwoWaySearch<Unit>::kNone ? nullptr : text + front;
+}
+
+// Goes from one place with the pattern's first unit to the next. Texts that make this slow are
+// handed on before it has cost more than the text is long.
+template <typename Unit>
+const Unit* search(const Unit* text, const Unit* pattern) {
+  if (!text || !pattern) return nullptr;
+  const std::size_t textLength = lengthOf(text);
+  const std::size_t length = lengthOf(pattern);
+  if (textLength < length) return nullptr;
+  // Kept: a pattern of one unit is all middle and matches at once (test Search.TwoEnded)
+  if (length < 2) return text;
+  const std::size_t last = textLength - length;
+  std::size_t effort = 0;
+  for (std::size_t at = 0; at <= last; ++at) {
+    at += find(text + at, pattern[0], last + 1 - at);
+    if (at > last) break;
+    if (matchesAt(text + at, pattern, length, effort)) return text + at;
+    if (effort > textLength && at < last)
+      return searchHalves(text + at + 1, textLength - at - 1, pattern, length);
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+char* my_strstr(const char* text, const char* pattern) {
+  // Of even length it has no middle, and the C library's search gives the same.
+  if (text && pattern && lengthOf(pattern) % 2 == 0)
+    return const_cast<char*>(std::strstr(text, pattern));
+  return const_cast<char*>(search(text, pattern));
+}
+
+unsigned short* my_wcsstr(const unsigned short* text, const unsigned short* pattern) {
+  return const_cast<unsigned short*>(search(text, pattern));
+}
+
+unsigned short* my_wcschr(const unsigned short* text, unsigned short wanted) {
+  if (!text) return nullptr;
+  const std::size_t at = scan::firstStop(text, scan::kNoLimit, AtUnitOrTerminator{wanted});
+  // Kept: unlike the C library's, the terminator is never found (test Strings.EveryLength)
+  return text[at] ? const_cast<unsigned short*>(text + at) : nullptr;
+}
+
+unsigned short* my_wcsrchr(const unsigned short* text, unsigned short wanted) {
+  if (!text) return nullptr;
+  for (std::size_t at = lengthOf(text); at-- > 0;)
+    if (text[at] == wanted) return const_cast<unsigned short*>(text + at);
+  return nullptr;
+}
+
+unsigned short* my_wmemchr(const unsigned short* memory, unsigned short wanted, int count) {
+  if (!memory) return nullptr;
+  const std::size_t at = find(memory, wanted, asCount(count));
+  return at < asCount(count) ? const_cast<unsigned short*>(memory + at) : nullptr;
+}
