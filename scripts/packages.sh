@@ -15,4 +15,4 @@ need() {
 }
 
 need_build() { need g++ cmake ninja-build pkg-config libcli11-dev libcurl4-openssl-dev libgtest-dev; }
-need_sandbox() { need nginx-light openssl iproute2 procps locales; }
+need_sandbox() { need python3 python3-cram iproute2 procps locales; }
