@@ -15,15 +15,15 @@ constexpr std::size_t kBaseBytes = 256;
 constexpr char kFirstProbe[] = "msg32.htm";
 constexpr char kSecondProbe[] = "msg32.bin";
 
-enum Code : unsigned int { kNoFault = 0, kNothingReached = 105, kOnlySecondReached = 140 };
+enum Code : unsigned int { kSuccess = 0, kNothingReached = 105, kOnlySecondReached = 140 };
 
 // Gives the address of the directory of the probe files, ending in "/". False if there is none, or
 // none that fits with its "/".
 bool findBase(char (&base)[kBaseBytes]) {
   if (!GetValueFromInfoEml(kBaseEntry, kBaseName, base, kBaseBytes)) return false;
   const std::size_t length = ::strnlen(base, kBaseBytes);
-  if (length == 0 || length == kBaseBytes) return false;
-  if (base[length - 1] == '/') return true;
+  if (length == kBaseBytes) return false;
+  if (length > 0 && base[length - 1] == '/') return true;
   if (length + 1 == kBaseBytes) return false;
   std::memcpy(base + length, "/", 2);
   return true;
@@ -53,7 +53,7 @@ unsigned int ZRIsInternetConnectionOn(std::string url) {
 
 unsigned int CheckInternetConnection(unsigned int* error) {
   if (!error) return 0;
-  *error = kNoFault;
+  *error = kSuccess;
   char base[kBaseBytes] = {};
   if (!findBase(base)) return 0;
   if (isReached(base, kFirstProbe)) return 1;

@@ -6,15 +6,13 @@
 #include <cstring>
 
 #include "base/file.h"
-#include "base/install_path.h"
+#include "base/product_files.h"
 #include "network/directory_record.h"
 #include "zrcommon/network.h"
 
 using namespace zrcommon;
 
 namespace {
-
-constexpr InstallPath kDirectoryFile(kDirectoryFileName);
 
 bool readNext(const Fd& file, DirectoryRecord& record) {
   return ::read(file.get(), &record, sizeof record) == ssize_t{sizeof record};
@@ -52,7 +50,7 @@ void copyValue(const DirectoryRecord& record, char* value, std::size_t valueSize
 unsigned int GetValueFromInfoEml(unsigned int entry, const char* name, char* value,
                                  unsigned int valueSize) {
   if (entry == 0 || !name || !value || valueSize == 0) return 0;
-  const Fd file(openFile(kDirectoryFile.get(), O_RDONLY));
+  const Fd file(openFile(kDirectoryPath.get(), O_RDONLY));
   if (!file) return 0;
   DirectoryRecord record;
   if (!findRecord(file, entry, name, record)) return 0;

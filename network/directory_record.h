@@ -9,7 +9,6 @@
 
 namespace zrcommon {
 
-inline constexpr char kDirectoryFileName[] = "infoeml.dat";
 inline constexpr std::size_t kDirectoryTextBytes = 260;
 
 /// One record of the server address directory. A text that fills its field has no terminator.

@@ -4,7 +4,7 @@
 #include <cstddef>
 
 #include "base/errno_keeper.h"
-#include "base/install_path.h"
+#include "base/product_files.h"
 #include "zrcommon/network.h"
 #include "zrcommon/system.h"
 
@@ -26,7 +26,7 @@ using IsInternetFilePresentFunction = int(const char* url, tagZRINETCONFIG* conf
 /// libinet.so, loaded for one call and released at its end.
 class InetLibrary {
  public:
-  InetLibrary() : module_(ZRLoadLibrary(kPath.get())) {}
+  InetLibrary() : module_(ZRLoadLibrary(kInetLibraryPath.get())) {}
   ~InetLibrary() {
     const ErrnoKeeper keeper;
     ZRFreeLibrary(module_);
@@ -42,7 +42,6 @@ class InetLibrary {
   }
 
  private:
-  static constexpr InstallPath kPath{"libinet.so"};
   void* module_;
 };
 

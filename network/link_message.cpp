@@ -86,26 +86,31 @@ void fill(Interface& interface, const MessageBytes& message) {
   interface.running = (link.ifi_flags & IFF_RUNNING) != 0;
 }
 
+bool reserve(std::vector<Interface>& interfaces, std::size_t count) {
+  try {
+    interfaces.reserve(count);
+    return true;
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
 // Room is made far ahead of a large machine's links: moving records costs more than room not yet
 // used, which is address space and nothing else.
-void makeRoom(std::vector<Interface>& interfaces) {
+bool makeRoom(std::vector<Interface>& interfaces) {
   constexpr std::size_t kFew = 16;
   constexpr std::size_t kMany = 1024;
   const std::size_t size = interfaces.size();
-  if (size == interfaces.capacity())
-    interfaces.reserve(size < kFew ? kFew : std::max(2 * size, kMany));
+  if (size < interfaces.capacity()) return true;
+  return reserve(interfaces, size < kFew ? kFew : std::max(2 * size, kMany)) ||
+         reserve(interfaces, size + 1);
 }
 
 }  // namespace
 
 int rtnl_print_link(nlmsghdr* message, std::vector<tagZR_ETHERNET_INTERFACES_INFO>& interfaces) {
-  if (!message) return 1;
-  try {
-    makeRoom(interfaces);
-    interfaces.emplace_back();
-  } catch (const std::exception&) {
-    return 1;
-  }
+  if (!message || !makeRoom(interfaces)) return 1;
+  interfaces.emplace_back();
   fill(interfaces.back(), MessageBytes(message));
   return 1;
 }

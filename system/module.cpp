@@ -2,14 +2,11 @@
 
 #include <cstdio>
 
+#include "base/product_files.h"
 #include "zrcommon/logging.h"
 #include "zrcommon/system.h"
 
-namespace {
-
-constexpr char kModuleLog[] = "/zrcommon.log";
-
-}  // namespace
+using namespace zrcommon;
 
 void* ZRLoadLibrary(const char* name) {
   if (!name) {
