@@ -1,7 +1,9 @@
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/types.h>
 #include <unistd.h>
 
+#include <cstddef>
 #include <cstdio>
 
 #include "base/errno_keeper.h"
