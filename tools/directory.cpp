@@ -6,7 +6,7 @@
 #include <iterator>
 #include <limits>
 
-#include "base/install_path.h"
+#include "base/product_files.h"
 #include "network/directory_record.h"
 #include "tools/commands.h"
 #include "tools/json.h"
@@ -14,8 +14,6 @@
 using namespace zrcommon;
 
 namespace {
-
-constexpr InstallPath kInstalledFile(kDirectoryFileName);
 
 // A line of the text form: number, name and value with a tab after each of the first two.
 class TextLine {
@@ -106,7 +104,7 @@ std::string contentOf(const std::string& file) {
 }
 
 struct ListArguments {
-  std::string file = kInstalledFile.get();
+  std::string file = kDirectoryPath.get();
   bool json = false;
 };
 
@@ -139,7 +137,7 @@ void get(const GetArguments& arguments) {
   char value[kDirectoryTextBytes + 1] = {};
   if (!GetValueFromInfoEml(arguments.number, arguments.name.c_str(), value, sizeof value))
     throw Refusal("there is no entry " + std::to_string(arguments.number) + " named \"" +
-                  arguments.name + "\" in " + kInstalledFile.get() +
+                  arguments.name + "\" in " + kDirectoryPath.get() +
                   (arguments.number ? "" : ": number 0 is never found"));
   std::cout << value << '\n';
 }

@@ -64,7 +64,7 @@ class ZRCOMMON_API CZRLogger {
   /// A logger on the default file and application name.
   ///
   /// @param component  null: "UNKNOWN"
-  explicit CZRLogger(const char* component);
+  CZRLogger(const char* component);
 
   /// Names the file, the application and the component; may be called again at any time.
   /// Copies the names, each cut at 259 bytes.
@@ -75,8 +75,9 @@ class ZRCOMMON_API CZRLogger {
   void SetLogVariables(const char* logFile, const char* appName, const char* component);
 
   /// Formats a message as printf does and appends it as one line, if @p levelMask shares a bit
-  /// with g_dwCurrentTraceLevel__. A filtered message costs one comparison. The text is cut at
-  /// 4095 bytes.
+  /// with g_dwCurrentTraceLevel__. A filtered message costs one comparison. The text is truncated
+  /// to 4095 bytes. The library is compiled with _FORTIFY_SOURCE: a format with "%n" in writable
+  /// memory ends the process.
   ///
   /// @param levelMask  bits of the caller's choosing
   /// @param format     as printf takes it, with its arguments behind it; null: nothing happens

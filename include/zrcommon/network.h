@@ -56,6 +56,9 @@ static_assert(sizeof(tagZR_ETHERNET_INTERFACES_INFO) == 2049 &&
               "components read this record");
 static_assert(sizeof(tagZR_MACADDR_INFO) == 3074 && offsetof(tagZR_MACADDR_INFO, addresses) == 2,
               "components read this record");
+static_assert(std::is_trivially_copyable<tagInetSettings>::value &&
+                  std::is_trivially_copyable<tagZRINETCONFIG>::value,
+              "stored and passed as bytes");
 static_assert(std::is_trivially_copyable<tagZR_ETHERNET_INTERFACES_INFO>::value &&
                   std::is_trivially_copyable<tagZR_MACADDR_INFO>::value,
               "copied as bytes");

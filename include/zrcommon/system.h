@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <ctime>
+#include <type_traits>
 
 #include <zrcommon/export.h>
 
@@ -38,6 +39,17 @@ static_assert(offsetof(tagSYSTEMTIME, wYear) == 0 && offsetof(tagSYSTEMTIME, wMo
                   offsetof(tagSYSTEMTIME, wMilliseconds) == 14,
               "components share this record");
 static_assert(sizeof(tagZR_FEATURE) == 11, "the feature file is this record");
+static_assert(std::is_trivially_copyable<tagSYSTEMTIME>::value &&
+                  std::is_trivially_copyable<tagZR_FEATURE>::value,
+              "copied as bytes");
+
+/// What HandleService() asks of a service.
+enum ServiceAction {
+  kServiceStart = 1,
+  kServiceRestart = 2,
+  kServiceStop = 3,
+  kServiceStatus = 4,
+};
 
 extern "C" {
 
@@ -199,9 +211,11 @@ ZRCOMMON_API int CopyFile(const char* source, const char* target);
 /// looked at: a service that will not start, or is not running when asked for its status, counts as
 /// success.
 ///
-/// @param serviceName  the script's bare name: letters, digits and . _ - + @ only, neither "." nor
-///                     ".."; must not be null
-/// @param action       1 start, 2 restart, 3 stop, 4 status
+/// @param serviceName  the script's bare name, without a slash and without what a shell interprets:
+///                     space, tab, line feed and " $ & ' ( ) * ; < > ? [ \ ` { |. Must not be
+///                     empty,
+///                     "." or "..", and must not be null.
+/// @param action       a ServiceAction
 /// @param error        0; 120 there is no such script, or none can have that name; 121 the script
 ///                     exists but the action is none of these. Must not be null.
 /// @return 1 the command was handed to the shell; 0 nothing was run
