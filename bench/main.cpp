@@ -1,5 +1,5 @@
 #include "bench/contest.h"
-#include "support/sandbox.h"
+#include "bench/sandbox.h"
 
 int main(int argc, char** argv) {
   enterSandbox();
