@@ -177,8 +177,7 @@ ZRCOMMON_API unsigned int ZRIsInternetConnectionOn(std::string url);
 /// @param entry      0 is never found
 /// @param name       compared as by strcasecmp()
 /// @param value      gets the value, padded with zeros to @p valueSize bytes. It is not terminated
-/// if
-///                   the value has @p valueSize characters or more: 261 bytes are always enough.
+///                   if the value has @p valueSize characters or more: 261 bytes are always enough.
 ///                   Untouched if nothing was found.
 /// @param valueSize  in bytes
 /// @return 1 found; 0 not found, no such file, or an argument is null or 0
@@ -191,9 +190,8 @@ ZRCOMMON_API unsigned int GetValueFromInfoEml(unsigned int entry, const char* na
 /// Asks the kernel through a netlink route socket whose port is the process id. The call fails with
 /// code 101 while the process holds another netlink socket with that port: one of another thread
 /// that lists links, or one that the kernel bound automatically, which gets the process id if that
-/// is free
-/// ("zrtool doctor" shows the holder). The call can wait forever: only the kernel's done message
-/// ends it, there is no time limit, and it receives again after a failed receive.
+/// is free ("zrtool doctor" shows the holder). The call can wait forever: only the kernel's done
+/// message ends it, there is no time limit, and it receives again after a failed receive.
 ///
 /// @param interfaces  records that it already holds stay; a record for which there is no memory is
 ///                    skipped

@@ -65,7 +65,7 @@ extern "C" {
 /// @param name  a path with a slash, used as given; or a bare file name, which the loader looks for
 ///              in LD_LIBRARY_PATH, then in /usr/lib/Valdrix/Valdrix, then in its default places
 /// @return a handle for ZRGetProcAddress(), to be released once with ZRFreeLibrary(); null on
-/// failure
+///         failure
 ZRCOMMON_API void* ZRLoadLibrary(const char* name);
 
 /// Finds a symbol of a loaded module.
@@ -78,7 +78,7 @@ ZRCOMMON_API void* ZRGetProcAddress(void* module, const char* name);
 /// Releases a module handle. A failure of the loader is not reported.
 ///
 /// @param module  a handle from ZRLoadLibrary(), not to be used afterwards; if null, nothing
-/// happens
+///                happens
 ZRCOMMON_API void ZRFreeLibrary(void* module);
 
 /// Gets the directory of the running executable, with its trailing slash.
@@ -86,10 +86,9 @@ ZRCOMMON_API void ZRFreeLibrary(void* module);
 /// The path itself is not terminated: pass a zero-filled buffer that is larger than the path.
 ///
 /// @param buffer      gets the executable's path, truncated to @p bufferSize bytes. A zero is
-/// written
-///                    after the last slash if it still fits. What the buffer already holds after
-///                    the path, up to the first zero, counts as part of the path. Nothing after
-///                    @p bufferSize bytes is read or written.
+///                    written after the last slash if it still fits. What the buffer already holds
+///                    after the path, up to the first zero, counts as part of the path. Nothing
+///                    after @p bufferSize bytes is read or written.
 /// @param bufferSize  bytes at @p buffer
 /// @return 1, also if there is no slash; 0 if the path cannot be read, if @p buffer is null or
 ///         @p bufferSize is below 1, with @p buffer untouched
@@ -197,8 +196,7 @@ ZRCOMMON_API int GetZrPath(char* buffer);
 ///
 /// @param buffer  at least 260 bytes
 /// @return 1; 0 if the path cannot be read or the result and its terminator do not fit 260 bytes,
-/// with
-///         @p buffer untouched, or if @p buffer is null
+///         with @p buffer untouched, or if @p buffer is null
 ZRCOMMON_API int GetModulePath(char* buffer);
 
 /// Copies a file as ZRCopyFile() does, with a different end: on success the target gets mode 0777,
@@ -218,12 +216,10 @@ ZRCOMMON_API int CopyFile(const char* source, const char* target);
 ///
 /// @param serviceName  the script's bare name, without a slash and without what a shell interprets:
 ///                     space, tab, line feed and " $ & ' ( ) * ; < > ? [ \ ` { |. Must not be
-///                     empty,
-///                     "." or "..", and must not be null.
+///                     empty, "." or "..", and must not be null.
 /// @param action       a ServiceAction
 /// @param error        0; 120 there is no such script, or the name is refused; 121 the script
-/// exists,
-///                     but the action is not a ServiceAction. Must not be null.
+///                     exists, but the action is not a ServiceAction. Must not be null.
 /// @return 1 the command was passed to the shell; 0 nothing was run
 ZRCOMMON_API int HandleService(const char* serviceName, int action, unsigned int* error);
 
@@ -232,8 +228,7 @@ ZRCOMMON_API int HandleService(const char* serviceName, int action, unsigned int
 ///
 /// @param time  all 16 bytes are filled
 /// @return 1; 0 if the system has no time or cannot convert it, with @p time untouched, or if @p
-/// time
-///         is null
+///         time is null
 /// @note Not thread-safe: the result of the C library's localtime() is one static record, so two
 ///       threads may get each other's result.
 ZRCOMMON_API int GetLocalTime(tagSYSTEMTIME* time);
@@ -249,12 +244,10 @@ ZRCOMMON_API int GetPid(char* processName, int* processId);
 /// /usr/lib/Valdrix/Valdrix/zrfeature.dat.
 ///
 /// @param feature  filled byte for byte from the file; a shorter file replaces only as many bytes
-/// as
-///                 it has
+///                 as it has
 /// @param error    0; 2 if the file cannot be opened, whatever the reason; otherwise errno after
-/// the
-///                 close. A file that is too short does not set errno, so the value may be 0: rely
-///                 on the result.
+///                 the close. A file that is too short does not set errno, so the value may be 0:
+///                 rely on the result.
 /// @return 1 read; 0 not read. Also 0 if an argument is null, with both untouched.
 ZRCOMMON_API int GetZRFeaturesSetting(tagZR_FEATURE* feature, unsigned int* error);
 
