@@ -9,6 +9,8 @@ install(FILES packaging/zrcommon.logrotate DESTINATION ${CMAKE_INSTALL_FULL_SYSC
   RENAME zrcommon COMPONENT library)
 
 install(DIRECTORY include/zrcommon DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+install(FILES packaging/zrcommon.supp DESTINATION ${CMAKE_INSTALL_DATADIR}/zrcommon
+  COMPONENT development)
 install(EXPORT zrcommonTargets NAMESPACE zrcommon:: DESTINATION ${package_dir} COMPONENT development)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/zrcommonConfigVersion.cmake
   COMPATIBILITY SameMajorVersion)
