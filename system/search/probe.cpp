@@ -14,15 +14,13 @@ namespace {
 constexpr std::size_t kPlaces = 64;
 
 // The search gives up when candidates that are no match have cost more than this many blocks
-// without a candidate. With 256, 64 KiB of a text of period 44 took 1.3 times as long as memmem()
-// alone, with 64 they take 1.05 times.
+// without a candidate. With 256, 64 KiB of a text of period 44 took 1.3 times as long as memmem();
+// with 64 they take 1.05 times.
 constexpr std::ptrdiff_t kCredit = 64;
-// A block without a candidate takes 4 to 5 ns; a comparison takes twice that, and once more for
-// each further 64 bytes.
+// A block takes 5 ns. A comparison counts as two blocks, and as one more for each 64 bytes.
 constexpr std::ptrdiff_t kComparisonCost = 2;
 constexpr std::size_t kBytesComparedForOne = 64;
-// One byte of the pattern is looked at for every 128 bytes to search: counting a byte takes 2 ns,
-// searching 128 bytes takes 9.
+// One byte of the pattern is counted for every 128 bytes to search, which take 10 ns.
 constexpr std::size_t kSearchedForOneLooked = 128;
 
 // Index of the last occurrence of the rarest byte in the pattern's prefix.
