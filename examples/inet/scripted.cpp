@@ -9,7 +9,8 @@
 //                  bytes. After the last line every read returns 0.
 //   present N [TEXT]  what IsInternetFilePresent returns for an address that holds TEXT (for every
 //                  address, if there is none); the first line that fits counts, and without one 0
-// INET_RECORD names a file that gets one line for every call, and for loading and unloading.
+// INET_RECORD names a file that gets one line for every call, and for loading and unloading. It
+// shows the settings as text, if they are not zeros, and says when a handle is not zero.
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
@@ -18,6 +19,7 @@
 #include <vector>
 
 #include "examples/inet/inet.h"
+#include "zrcommon/network.h"
 
 namespace {
 
@@ -28,6 +30,13 @@ std::string setting(const char* name) {
 
 void record(const std::string& line) {
   std::ofstream(setting("INET_RECORD"), std::ios::app) << line << '\n';
+}
+
+// The address with the settings that came with it.
+std::string request(const char* url, const tagZRINETCONFIG* config) {
+  const std::string settings(reinterpret_cast<const char*>(config->bytes), sizeof config->bytes);
+  const std::string shown = settings.substr(0, settings.find('\0'));
+  return std::string(url) + (shown.empty() ? "" : " with " + shown);
 }
 
 std::string unescaped(const std::string& text) {
@@ -80,13 +89,13 @@ Script script;
 
 }  // namespace
 
-int GetHeader(const char*, unsigned int dataSize, char*, std::size_t*) {
-  record("header " + std::to_string(dataSize));
+int GetHeader(const char*, unsigned int dataSize, char*, std::size_t* headerSize) {
+  record("header " + std::to_string(dataSize) + " into " + std::to_string(*headerSize));
   return script.header;
 }
 
-int InetOpenFile(const char* url, tagZRINETCONFIG*, void** handle) {
-  record(std::string("open ") + url);
+int InetOpenFile(const char* url, tagZRINETCONFIG* config, void** handle) {
+  record("open " + request(url, config) + (*handle ? " (the handle is not zero)" : ""));
   *handle = &script;
   return script.open;
 }
@@ -106,8 +115,8 @@ int InetCloseFile(void**) {
   return 1;
 }
 
-int IsInternetFilePresent(const char* url, tagZRINETCONFIG*) {
-  record(std::string("present ") + url);
+int IsInternetFilePresent(const char* url, tagZRINETCONFIG* config) {
+  record("present " + request(url, config));
   for (const Answer& answer : script.presences)
     if (std::string(url).find(answer.text) != std::string::npos) return answer.number;
   return 0;
