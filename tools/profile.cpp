@@ -8,7 +8,7 @@
 #include "profile/error.h"
 #include "profile/line.h"
 #include "tools/codes.h"
-#include "tools/json.h"
+#include "tools/commands.h"
 
 using namespace zrcommon;
 
@@ -21,7 +21,6 @@ struct ProfileArguments {
   std::string value;
   std::optional<std::string> textDefault;
   std::optional<int> numberDefault;
-  bool json = false;
   bool discard = false;
 };
 
@@ -68,14 +67,8 @@ void set(const ProfileArguments& arguments) {
 
 void lint(const ProfileArguments& arguments) {
   const std::vector<Remark> remarks = lintProfile(arguments.file);
-  std::vector<JsonObject> objects;
-  for (const Remark& remark : remarks) {
-    if (arguments.json)
-      objects.push_back(JsonObject().add("line", remark.line).add("remark", remark.text));
-    else
-      std::cout << arguments.file << ':' << remark.line << ": " << remark.text << '\n';
-  }
-  if (arguments.json) printJson(objects);
+  for (const Remark& remark : remarks)
+    std::cout << arguments.file << ':' << remark.line << ": " << remark.text << '\n';
   if (!remarks.empty())
     throw Refusal(arguments.file + ": remarks: " + std::to_string(remarks.size()));
 }
@@ -101,7 +94,8 @@ void addEntry(CLI::App* command, const Arguments& arguments) {
 
 }  // namespace
 
-void addProfileCommands(CLI::App& app) {
+void addProfileCommands(CLI::App& app, Output& out) {
+  (void)out;
   auto* family = app.add_subcommand("profile", "Profile (INI) files, as components see them");
   requireAction(family);
   auto arguments = std::make_shared<ProfileArguments>();
@@ -114,9 +108,8 @@ void addProfileCommands(CLI::App& app) {
   auto* change = addAction(family, "set", "Change or add an entry", arguments, set);
   addEntry(change, arguments);
   change->add_option("VALUE", arguments->value, "Its new value")->required();
-  auto* linting = addAction(family, "lint", "Say, line by line, what is not read as people expect",
-                            arguments, lint);
-  linting->add_flag("--json", arguments->json, "Print a JSON array of line and remark");
+  addAction(family, "lint", "Say, line by line, what is not read as people expect", arguments,
+            lint);
   addAction(
       family, "recover",
       "Tell what an interrupted change left of FILE, and finish it where that is safe. Nothing "
