@@ -140,7 +140,7 @@ void describe(const CLI::App& command, const std::string& path, Output& out) {
 
 }  // namespace
 
-void addCompleteCommand(CLI::App& app, Output& out) {
+void addCompletionCommands(CLI::App& app, Output& out) {
   auto* command = app.add_subcommand(
       "complete", "Print what the last of these words may become; for the shell");
   command->group("");
