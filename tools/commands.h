@@ -12,6 +12,15 @@ inline void requireAction(CLI::App* family) {
   });
 }
 
+/// The words after "--", for a command that takes the words of another command: the first one, which
+/// is an argument of its own, and those that CLI11 leaves after that.
+inline std::vector<std::string> withRemaining(const std::string& first, const CLI::App& command) {
+  std::vector<std::string> words = command.remaining();
+  if (!words.empty() && words.front() == "--") words.erase(words.begin());
+  words.insert(words.begin(), first);
+  return words;
+}
+
 // One function for each family; each adds its commands, whose callbacks do the work.
 void addCheckCommand(CLI::App& app, Output& out);
 void addCompletionCommands(CLI::App& app, Output& out);
