@@ -4,13 +4,7 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/output.h"
-
-/// Requires a subcommand. (CLI11's own check would report a mistyped one as a missing one.)
-inline void requireAction(CLI::App* family) {
-  family->require_subcommand(0, 1)->callback([family] {
-    if (family->get_subcommands().empty()) throw CLI::RequiredError::Subcommand(1);
-  });
-}
+#include "tools/usage.h"
 
 // One function for each family; each adds its commands, whose callbacks do the work.
 void addCheckCommand(CLI::App& app, Output& out);
