@@ -4,13 +4,7 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/output.h"
-
-/// Requires a subcommand. (CLI11's own check would report a mistyped one as a missing one.)
-inline void requireAction(CLI::App* family) {
-  family->require_subcommand(0, 1)->callback([family] {
-    if (family->get_subcommands().empty()) throw CLI::RequiredError::Subcommand(1);
-  });
-}
+#include "tools/usage.h"
 
 /// The words after "--", for a command that takes the words of another command: the first one, which
 /// is an argument of its own, and those that CLI11 leaves after that.
