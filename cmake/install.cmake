@@ -19,7 +19,7 @@ set(reference ${PROJECT_SOURCE_DIR}/build/reference)
 install(DIRECTORY ${reference}/html DESTINATION ${CMAKE_INSTALL_DOCDIR} OPTIONAL)
 install(DIRECTORY ${reference}/man/ DESTINATION ${CMAKE_INSTALL_MANDIR} OPTIONAL)
 
-if(ZRCOMMON_BUILD_TOOLS)
+if(TARGET zrtool)
   file(RELATIVE_PATH lib_from_bin /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
   set(ZRCOMMON_TOOL_RPATH "\$ORIGIN/${lib_from_bin}" CACHE STRING
     "Where the installed zrtool looks for the library first; empty for a system directory")
@@ -30,7 +30,7 @@ if(ZRCOMMON_BUILD_TOOLS)
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 endif()
 
-if(ZRCOMMON_BUILD_EXAMPLES)
+if(TARGET inet)
   install(DIRECTORY examples/inet DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
   foreach(module inet inet_scripted)
     install(FILES $<TARGET_FILE:${module}> RENAME ${module}.so
