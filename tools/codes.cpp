@@ -76,6 +76,7 @@ std::string inWords(CodeOf giver, unsigned int code) {
   return std::strerror(static_cast<int>(code));
 }
 
-Refusal refusal(CodeOf giver, unsigned int code, const std::string& subject) {
-  return Refusal("code " + std::to_string(code) + ": " + subject + ": " + inWords(giver, code));
+Refusal refusal(CodeOf giver, unsigned int code, const std::string& subject, int systemError) {
+  return {"code " + std::to_string(code) + ": " + subject + ": " + inWords(giver, code), code,
+          systemError};
 }

@@ -10,12 +10,31 @@
 
 #include "base/install_path.h"
 #include "tools/commands.h"
-#include "tools/netlink_ports.h"
-#include "tools/report.h"
 
 using namespace zrcommon;
 
 namespace {
+
+class Report {
+ public:
+  explicit Report(Output& out) : out_(out) {}
+
+  void good(const std::string& line) { add("ok", "ok       ", line); }
+  void note(const std::string& line) { add("note", "note     ", line); }
+  void bad(const std::string& line) {
+    add("problem", "PROBLEM  ", line);
+    ++problems_;
+  }
+  int problems() const { return problems_; }
+
+ private:
+  void add(const char* status, const char* mark, const std::string& line) {
+    out_.entry({{"status", status}, {"message", line}}, mark + line);
+  }
+
+  Output& out_;
+  int problems_ = 0;
+};
 
 std::string installed(const std::string& name) {
   return kInstallDirectory + name;
@@ -130,22 +149,7 @@ void checkLeftOvers(Report& report) {
   }
 }
 
-void checkNetlinkPorts(Report& report, const std::vector<std::string>& processes) {
-  const NetlinkPorts ports = findTakenNetlinkPorts(processes);
-  for (const auto& taken : ports.taken)
-    report.bad("netlink port of " + taken.process + ": held by " + taken.holder +
-               ", so listing interfaces there fails with 101");
-  if (ports.taken.empty())
-    report.good("netlink ports of processes that list interfaces: free, looked at " +
-                std::to_string(ports.processesLookedAt));
-}
-
-struct DoctorArguments {
-  std::vector<std::string> processes;
-  bool json = false;
-};
-
-void examine(const DoctorArguments& arguments) {
+void examine(Output& out) {
   const ProductFile files[] = {
       {"zrinet.opt", "internet settings", "all settings count as zero", "at least 788",
        [](off_t size) { return size >= 788; }},
@@ -154,30 +158,21 @@ void examine(const DoctorArguments& arguments) {
       {"zrfeature.dat", "feature record", "no feature is set", "at least 11",
        [](off_t size) { return size >= 11; }},
   };
-  Report report(arguments.json);
+  Report report(out);
   checkLibrary(report);
   checkDirectory(report);
   checkInternetLibrary(report);
   for (const ProductFile& file : files) checkFile(report, file);
   checkLeftOvers(report);
   checkLog(report);
-  checkNetlinkPorts(report, arguments.processes);
-  report.finish();
   if (report.problems())
     throw Refusal("checks that found a problem: " + std::to_string(report.problems()));
 }
 
 }  // namespace
 
-void addDoctorCommand(CLI::App& app) {
-  auto* command = app.add_subcommand("doctor", "Check the installation, one line a check");
-  auto arguments = std::make_shared<DoctorArguments>();
-  command->add_flag("--json", arguments->json, "Print a JSON array of status and check");
-  command
-      ->add_option("--process", arguments->processes,
-                   "Look at this process too for what keeps it from listing interfaces; those that "
-                   "have the library loaded are looked at anyway")
-      ->check(CLI::PositiveNumber)
-      ->type_name("PID");
-  command->callback([arguments] { examine(*arguments); });
+void addDoctorCommand(CLI::App& app, Output& out) {
+  app.add_subcommand("doctor", "Check the installation, one line for each check")->callback([&out] {
+    examine(out);
+  });
 }

@@ -1,17 +1,14 @@
 #include <zrcommon/system.h>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <iostream>
 
 #include "base/file.h"
 #include "tools/commands.h"
-#include "tools/progress.h"
 
 using namespace zrcommon;
 
@@ -37,16 +34,7 @@ void copy(const CopyArguments& arguments) {
 struct FindArguments {
   std::string pattern;
   std::string file;
-  bool json = false;
 };
-
-// The library's search moves the file's position, so that another thread can see how far it is.
-std::string howFarIn(const Fd& file) {
-  struct stat status = {};
-  if (::fstat(file.get(), &status) != 0 || status.st_size == 0) return "";
-  const off_t percent = 100 * ::lseek(file.get(), 0, SEEK_CUR) / status.st_size;
-  return ", " + std::to_string(std::min<off_t>(percent, 100)) + '%';
-}
 
 bool isLower(char c) {
   return 'a' <= c && c <= 'z';
@@ -55,7 +43,6 @@ bool isLower(char c) {
 // A file shorter than the overlap of two pieces ends the search with EINVAL.
 long long findFrom(const Fd& file, const FindArguments& arguments, long long start) {
   const auto* const pattern = reinterpret_cast<const unsigned char*>(arguments.pattern.data());
-  const Progress progress("searching", [&] { return howFarIn(file); });
   errno = 0;
   const long long found =
       SearchInFile(file.get(), pattern, static_cast<int>(arguments.pattern.size()), start);
@@ -74,18 +61,16 @@ long long findFrom(const Fd& file, const FindArguments& arguments, long long sta
                      : ""));
 }
 
-void find(const FindArguments& arguments) {
+void find(const FindArguments& arguments, Output& out) {
   if (arguments.pattern.empty() || arguments.pattern.size() > kPatternMost)
     throw Refusal("a pattern has 1 to " + std::to_string(kPatternMost) + " bytes");
   const Fd file(openFile(arguments.file.c_str(), O_RDONLY));
   if (!file) throw Refusal(arguments.file + ": " + std::strerror(errno));
+  out.startList();
   long long found = findFrom(file, arguments, 0);
-  if (found < 0 && arguments.json) std::cout << "[]\n";
   if (found < 0) refuseAsNotFound(arguments);
-  const char* const separator = arguments.json ? ", " : "\n";
-  std::cout << (arguments.json ? "[" : "") << found;
-  while ((found = findFrom(file, arguments, found + 1)) >= 0) std::cout << separator << found;
-  std::cout << (arguments.json ? "]\n" : "\n");
+  for (; found >= 0; found = findFrom(file, arguments, found + 1))
+    out.entry(found, std::to_string(found));
 }
 
 void addCopy(CLI::App& app) {
@@ -99,7 +84,7 @@ void addCopy(CLI::App& app) {
   command->callback([arguments] { copy(*arguments); });
 }
 
-void addFind(CLI::App& app) {
+void addFind(CLI::App& app, Output& out) {
   auto* command = app.add_subcommand(
       "find",
       "Print the offset of every place in a file where a pattern lies, overlapping ones included.\n"
@@ -110,13 +95,12 @@ void addFind(CLI::App& app) {
   command->add_option("PATTERN", arguments->pattern, "1 to 2042 bytes, letters in upper case")
       ->required();
   command->add_option("FILE", arguments->file, "File to search")->required();
-  command->add_flag("--json", arguments->json, "Print a JSON array of the offsets");
-  command->callback([arguments] { find(*arguments); });
+  command->callback([arguments, &out] { find(*arguments, out); });
 }
 
 }  // namespace
 
-void addFileCommands(CLI::App& app) {
+void addFileCommands(CLI::App& app, Output& out) {
   addCopy(app);
-  addFind(app);
+  addFind(app, out);
 }

@@ -41,15 +41,14 @@ std::vector<char> withRoomToGrow(const std::string& command) {
   return buffer;
 }
 
-void convert(const SecureArguments& arguments, bool toSecure) {
+void convert(const SecureArguments& arguments, bool toSecure, Output& out) {
   CPHPOperations operations(readKey(arguments.keyFile).c_str());
   std::vector<char> buffer = withRoomToGrow(arguments.command);
   const auto capacity = static_cast<unsigned int>(buffer.size());
   const bool converted = toSecure ? operations.ConvertToSecurePhpCommand(buffer.data(), capacity)
                                   : operations.ConvertToPlainPhpCommand(buffer.data(), capacity);
   if (converted) {
-    std::cout << buffer.data() << '\n';
-    return;
+    return out.result({{"command", buffer.data()}}, buffer.data());
   }
   throw Refusal(
       std::string("the command could not be converted") + " past \"" + buffer.data() + "\": " +
@@ -58,7 +57,7 @@ void convert(const SecureArguments& arguments, bool toSecure) {
       ", and all that follows the last '?' at most 5119");
 }
 
-void addDirection(CLI::App& app, const char* name, const char* help, bool toSecure) {
+void addDirection(CLI::App& app, const char* name, const char* help, bool toSecure, Output& out) {
   auto* command = app.add_subcommand(name, help);
   auto arguments = std::make_shared<SecureArguments>();
   command->add_option("COMMAND", arguments->command, "Such as page?name=value&name=value")
@@ -68,12 +67,12 @@ void addDirection(CLI::App& app, const char* name, const char* help, bool toSecu
           "--key-file", arguments->keyFile,
           std::string("Take the key from the first line of this file, not from ") + kKeyVariable)
       ->type_name("FILE");
-  command->callback([arguments, toSecure] { convert(*arguments, toSecure); });
+  command->callback([arguments, toSecure, &out] { convert(*arguments, toSecure, out); });
 }
 
 }  // namespace
 
-void addSecureCommands(CLI::App& app) {
-  addDirection(app, "secure", "Hide the names and values in a request command", true);
-  addDirection(app, "plain", "Show the names and values in a secure request command", false);
+void addSecureCommands(CLI::App& app, Output& out) {
+  addDirection(app, "secure", "Hide the names and values in a request command", true, out);
+  addDirection(app, "plain", "Show the names and values in a secure request command", false, out);
 }

@@ -2,17 +2,19 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <iomanip>
-#include <iostream>
 #include <map>
 
+#include "base/install_path.h"
 #include "tools/codes.h"
+#include "tools/commands.h"
 #include "tools/hex.h"
-#include "tools/json.h"
+
+using namespace zrcommon;
 
 namespace {
 
 constexpr int kPathBytes = 4096;
+constexpr InstallPath kFeatureFile("zrfeature.dat");
 
 using PathService = int (*)(char*);
 
@@ -20,23 +22,23 @@ int appPath(char* buffer) {
   return GetAppPath(buffer, kPathBytes);
 }
 
-void printPaths(bool json) {
+void printPaths(Output& out) {
   const struct {
     const char* name;
     PathService get;
   } services[] = {{"installation", GetZrPath}, {"application", appPath}, {"module", GetModulePath}};
   std::string missing;
-  JsonObject object;
+  Json paths = Json::object();
   for (const auto& service : services) {
     char path[kPathBytes] = {};
-    if (!service.get(path))
-      missing += std::string(missing.empty() ? "" : ", ") + service.name;
-    else if (json)
-      object.add(service.name, path);
+    if (service.get(path))
+      paths[service.name] = path;
     else
-      std::cout << std::left << std::setw(14) << service.name << path << '\n';
+      missing += std::string(missing.empty() ? "" : ", ") + service.name;
   }
-  if (json) printJson(object);
+  for (const auto& [name, path] : paths.items())
+    out.print(name + std::string(14 - name.size(), ' ') + path.get<std::string>() + '\n');
+  out.result(paths);
   if (!missing.empty()) throw Refusal("missing, or too long: " + missing);
 }
 
@@ -51,7 +53,7 @@ void control(const ServiceArguments& arguments) {
     throw refusal(CodeOf::kService, error, arguments.name);
 }
 
-void printTime(bool json) {
+void printTime(Output& out) {
   constexpr const char* kDays[] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
                                    "Thursday", "Friday", "Saturday"};
   tagSYSTEMTIME now = {};
@@ -60,27 +62,17 @@ void printTime(bool json) {
   std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d.%03d", now.wYear, now.wMonth,
                 now.wDay, now.wHour, now.wMinute, now.wSecond, now.wMilliseconds);
   const char* const day = kDays[now.wDayOfWeek % 7];
-  if (json)
-    printJson(JsonObject().add("time", text).add("dayOfWeek", day));
-  else
-    std::cout << text << ' ' << day << '\n';
+  out.result({{"time", text}, {"dayOfWeek", day}}, std::string(text) + ' ' + day);
 }
 
-void printFeatures() {
-  constexpr char kFile[] = "/usr/lib/Valdrix/Valdrix/zrfeature.dat";
+void printFeatures(Output& out) {
   tagZR_FEATURE feature = {};
   unsigned int error = 0;
   errno = 0;
-  if (!GetZRFeaturesSetting(&feature, &error)) throw refusal(CodeOf::kFeature, error, kFile);
-  printHex(std::cout, feature.bytes, sizeof feature.bytes);
-}
-
-// A command without arguments of its own, whose result a program may want.
-void addPrinter(CLI::App& app, const char* name, const char* help, void (*print)(bool json)) {
-  auto* command = app.add_subcommand(name, help);
-  auto json = std::make_shared<bool>(false);
-  command->add_flag("--json", *json, "Print a JSON object");
-  command->callback([json, print] { print(*json); });
+  if (!GetZRFeaturesSetting(&feature, &error))
+    throw refusal(CodeOf::kFeature, error, kFeatureFile.get(), errno);
+  const std::string text = hexText(feature.bytes, sizeof feature.bytes);
+  out.result({{"bytes", text}}, text);
 }
 
 void addService(CLI::App& app) {
@@ -101,11 +93,14 @@ void addService(CLI::App& app) {
 
 }  // namespace
 
-void addSystemCommands(CLI::App& app) {
-  addPrinter(app, "paths", "Print the installation's and the running program's directories",
-             printPaths);
+void addSystemCommands(CLI::App& app, Output& out) {
+  app.add_subcommand("paths", "Print the directories of the installation and of this program")
+      ->callback([&out] { printPaths(out); });
   addService(app);
-  addPrinter(app, "time", "Print the local time, to the millisecond", printTime);
-  app.add_subcommand("features", "Print the feature record as hexadecimal bytes")
-      ->callback(printFeatures);
+  app.add_subcommand("time", "Print the local time, to the millisecond")->callback([&out] {
+    printTime(out);
+  });
+  app.add_subcommand("features", "Print the feature record as hexadecimal bytes")->callback([&out] {
+    printFeatures(out);
+  });
 }
