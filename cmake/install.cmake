@@ -28,6 +28,8 @@ if(TARGET zrtool)
   install(FILES tools/zrtool.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
   install(FILES tools/zrtool.bash-completion RENAME zrtool
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  install(FILES tools/zrtool.zsh-completion RENAME _zrtool
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
 endif()
 
 if(TARGET inet)
