@@ -4,13 +4,14 @@ include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/zrcommon)
 install(TARGETS zrcommon EXPORT zrcommonTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY include/zrcommon DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES packaging/zrcommon.supp DESTINATION ${CMAKE_INSTALL_DATADIR}/zrcommon)
 install(EXPORT zrcommonTargets NAMESPACE zrcommon:: DESTINATION ${package_dir})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/zrcommonConfigVersion.cmake
   COMPATIBILITY SameMajorVersion)
-install(FILES cmake/zrcommonConfig.cmake ${PROJECT_BINARY_DIR}/zrcommonConfigVersion.cmake
+install(FILES packaging/zrcommonConfig.cmake ${PROJECT_BINARY_DIR}/zrcommonConfigVersion.cmake
   DESTINATION ${package_dir})
 file(RELATIVE_PATH prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-configure_file(cmake/zrcommon.pc.in zrcommon.pc @ONLY)
+configure_file(packaging/zrcommon.pc.in zrcommon.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zrcommon.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
 install(DIRECTORY examples/component examples/families DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <vector>
 
+#include "base/product_files.h"
 #include "fuzz/support.h"
 #include "network/directory_record.h"
 
