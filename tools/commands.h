@@ -4,12 +4,15 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/output.h"
+#include "tools/usage.h"
 
-/// Requires a subcommand. (CLI11's own check would report a mistyped one as a missing one.)
-inline void requireAction(CLI::App* family) {
-  family->require_subcommand(0, 1)->callback([family] {
-    if (family->get_subcommands().empty()) throw CLI::RequiredError::Subcommand(1);
-  });
+/// The words after "--", for a command that takes the words of another command: the first one, which
+/// is an argument of its own, and those that CLI11 leaves after that.
+inline std::vector<std::string> withRemaining(const std::string& first, const CLI::App& command) {
+  std::vector<std::string> words = command.remaining();
+  if (!words.empty() && words.front() == "--") words.erase(words.begin());
+  words.insert(words.begin(), first);
+  return words;
 }
 
 // One function for each family; each adds its commands, whose callbacks do the work.

@@ -116,7 +116,6 @@ Words candidates(const CLI::App& app, Words words) {
 }
 
 void complete(const CLI::App& app, Words words, Output& out) {
-  if (!words.empty() && words.front() == "--") words.erase(words.begin());
   const std::string last = words.empty() || words.back() == "=" ? "" : words.back();
   out.startList();
   try {
@@ -144,8 +143,12 @@ void addCompletionCommands(CLI::App& app, Output& out) {
   auto* command = app.add_subcommand(
       "complete", "Print what the last of these words may become; for the shell");
   command->group("");
-  command->prefix_command();
-  command->callback([&app, &out, command] { complete(app, command->remaining(), out); });
+  auto first = std::make_shared<std::string>();
+  command->add_option("WORD", *first, "What stands on the command line")->required();
+  command->fallthrough(false)->prefix_command();
+  command->callback([&app, &out, command, first] {
+    complete(app, withRemaining(*first, *command), out);
+  });
   auto* description = app.add_subcommand("describe", "Print every command with its options");
   description->group("");
   description->callback([&app, &out] { describe(app, "", out); });

@@ -56,7 +56,7 @@ void addFetchCommand(CLI::App& app, Output& out) {
       ->type_name("FILE");
   command->add_option("--max", arguments->most, "Largest body to accept, in bytes")
       ->capture_default_str()
-      ->check(CLI::Range(1U, 0xFFFFFFFEU))
+      ->check(numberFrom(1, 0xFFFFFFFE))
       ->type_name("BYTES");
   command->callback([arguments, &out] { fetch(*arguments, out); });
 }

@@ -16,6 +16,7 @@ class InputFile {
 
   const struct stat& status() const { return status_; }
   std::string content() const;
+  int descriptor() const { return file_.get(); }
 
   /// A path to the open file, for the library: the name may belong to another file by then.
   std::string openPath() const { return "/proc/self/fd/" + std::to_string(file_.get()); }

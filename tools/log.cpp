@@ -43,6 +43,7 @@ void addLogCommand(CLI::App& app) {
   command->add_option("COMPONENT", arguments->component, "Starts the line")->required();
   command->add_option("MESSAGE", arguments->message, "The text of the line")->required();
   command->add_option("--level", arguments->level, "Level mask; the trace mask is 3")
-      ->capture_default_str();
+      ->capture_default_str()
+      ->check(numberFrom(0, 0xFFFFFFFF));
   command->callback([arguments] { log(*arguments); });
 }

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <new>
 #include <sstream>
 
@@ -9,6 +8,7 @@ namespace {
 
 constexpr int kRefused = 1;
 constexpr int kBadUsage = 2;
+constexpr std::size_t kHelpColumn = 26;
 
 void addCommands(CLI::App& app, Output& out) {
   addFetchCommand(app, out);
@@ -31,37 +31,20 @@ std::string exitStatus(unsigned int status) {
   return std::to_string(status) + ' ' + inWords(CodeOf::kExitStatus, status);
 }
 
-// CLI11 wants the last argument first. It takes "--name=" for a "--name" whose value is the next
-// argument, so an empty value becomes an argument of its own.
-std::vector<std::string> reversedArguments(int argc, char** argv) {
-  std::vector<std::string> arguments;
-  bool isOption = true;
-  for (int i = 1; i < argc; ++i) {
-    std::string each = argv[i];
-    isOption = isOption && each != "--";
-    const bool hasEmptyValue =
-        isOption && each.rfind("--", 0) == 0 && each.find('=') == each.size() - 1;
-    if (hasEmptyValue) each.pop_back();
-    arguments.push_back(each);
-    if (hasEmptyValue) arguments.emplace_back();
-  }
-  std::reverse(arguments.begin(), arguments.end());
-  return arguments;
-}
-
 int refuse(Output& out, const Refusal& refusal, int status = kRefused) {
   out.fail(refusal);
   return status;
 }
 
-int answer(CLI::App& app, Output& out, const CLI::ParseError& problem) {
+// A message, the help or the version, for a command line that starts no command.
+int answer(const CLI::App& app, Output& out, const CLI::ParseError& problem) {
   std::ostringstream help;
-  std::ostringstream complaint;
+  std::ostringstream ignored;
   out.isJson = app.get_option("--json")->count() > 0;
-  if (app.exit(problem, help, complaint) != 0)
-    return refuse(out, Refusal(problem.what()), kBadUsage);
+  if (app.exit(problem, help, ignored) != 0)
+    return refuse(out, Refusal(complaint(app, problem)), kBadUsage);
   out.isJson = false;
-  out.print(help.str());
+  out.print(wrapped(help.str(), terminalWidth(), kHelpColumn));
   out.finish();
   return 0;
 }
@@ -91,6 +74,7 @@ int main(int argc, char** argv) {
         "zrtool");
     app.set_version_flag("--version", "zrtool " ZRCOMMON_VERSION);
     app.fallthrough();
+    app.get_formatter()->column_width(kHelpColumn);
     app.add_flag("--json", out.isJson, "Print the result, or the error, as JSON; for any command");
     requireAction(&app);
     addCommands(app, out);

@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -82,7 +83,9 @@ mode_t withoutUmask(mode_t mode) {
 }  // namespace
 
 NewFile::NewFile(const std::string& target, mode_t newMode)
-    : target_(resolved(target)), replaced_(statusOf(target_)), newMode_(newMode) {
+    : target_(resolved(target)),
+      replaced_(statusOf(target_)),
+      mode_(replaced_ ? replaced_->st_mode & 07777U : withoutUmask(newMode)) {
   if (replaced_ && S_ISDIR(replaced_->st_mode)) throw systemRefusal(target, EISDIR);
   if (replaced_ && !S_ISREG(replaced_->st_mode))
     throw Refusal(target + " is not a regular file and was left as it is");
@@ -115,14 +118,20 @@ void NewFile::write(std::string_view bytes) {
   }
 }
 
+void NewFile::setMode(mode_t mode) {
+  mode_ = mode;
+  if (!replaced_ || (replaced_->st_mode & 07777U) == mode) return;
+  char digits[8];
+  (void)std::snprintf(digits, sizeof digits, "%04o", mode);
+  Output::message(target_ + " gets mode " + digits + ": every local user can change it");
+}
+
 void NewFile::takeOver() {
   const bool isOwnerKept =
       !replaced_ || ::fchown(file_->get(), replaced_->st_uid, replaced_->st_gid) == 0;
   if (!isOwnerKept) Output::message(target_ + " now belongs to you: its owner could not be kept");
-  if (keepsNewMode_) return;
-  const mode_t mode =
-      replaced_ ? replaced_->st_mode & (isOwnerKept ? 07777U : 0777U) : withoutUmask(newMode_);
-  if (::fchmod(file_->get(), mode) != 0) throw systemRefusal(target_);
+  if (!isOwnerKept) mode_ &= 0777U;
+  if (::fchmod(file_->get(), mode_) != 0) throw systemRefusal(target_);
 }
 
 // A file system that cannot sync the directory may lose the rename, but neither file.

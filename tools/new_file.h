@@ -32,8 +32,8 @@ class NewFile {
   /// The status of the file that is replaced; none if there is no such file.
   const std::optional<struct stat>& replaced() const { return replaced_; }
 
-  /// Lets the file have the mode that the temporary file has at commit().
-  void keepNewMode() { keepsNewMode_ = true; }
+  /// Gives the new file this mode. Says so at once if the file had another one.
+  void setMode(mode_t mode);
 
   /// Puts the new file in the target's place. Tells on standard error if the owner was lost.
   void commit();
@@ -46,8 +46,7 @@ class NewFile {
   std::string temporary_;
   std::optional<struct stat> replaced_;
   std::optional<zrcommon::Fd> file_;
-  mode_t newMode_;
-  bool keepsNewMode_ = false;
+  mode_t mode_;
 };
 
 #endif  // ZRCOMMON_TOOLS_NEW_FILE_H

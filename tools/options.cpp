@@ -13,13 +13,23 @@ namespace {
 
 constexpr InstallPath kDefaultFile("zrinet.opt");
 constexpr unsigned int kDone = 1;
+constexpr unsigned int kMissing = 2;
+constexpr unsigned int kCannotOpen = 3;
 constexpr unsigned int kTooShort = 4;
+
+std::string contentOf(const std::string& file) {
+  try {
+    return InputFile(file).content();
+  } catch (const Refusal& reason) {
+    const unsigned int code = reason.systemError() == ENOENT ? kMissing : kCannotOpen;
+    throw refusal(CodeOf::kSettingsRead, code, file, reason.systemError());
+  }
+}
 
 // Reads the file itself: ReadInetOptions() would give it mode 0666.
 void show(const std::string& file, Output& out) {
-  const std::string content = InputFile(file).content();
-  const tagInetSettings settings = {};
-  const std::size_t size = sizeof settings.bytes;
+  const std::string content = contentOf(file);
+  const std::size_t size = sizeof(tagInetSettings);
   if (content.size() < size) throw refusal(CodeOf::kSettingsRead, kTooShort, file);
   const std::string text = hexText(reinterpret_cast<const unsigned char*>(content.data()), size);
   out.result({{"bytes", text}}, text);
@@ -40,12 +50,10 @@ void save(const std::string& file, Output&) {
   tagInetSettings settings = settingsFrom(standardInput());
   NewFile saved(file);
   if (saved.replaced()) saved.write(InputFile(file).content());
-  if (saved.replaced() && (saved.replaced()->st_mode & 0777U) != 0666U)
-    Output::message(file + " gets mode 0666: every local user can change it");
+  saved.setMode(0666);
   errno = 0;
   const unsigned int result = SaveInetOptions(saved.openPath().c_str(), &settings);
   if (result != kDone) throw refusal(CodeOf::kSettingsSaved, result, file, errno);
-  saved.keepNewMode();
   saved.commit();
 }
 

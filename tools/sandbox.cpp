@@ -18,6 +18,7 @@ namespace {
 struct SandboxArguments {
   std::string script;
   std::string library;
+  std::string command;
   bool noNetwork = false;
 };
 
@@ -86,9 +87,7 @@ void showCalls(const std::string& record) {
   for (std::string call; std::getline(calls, call);) Output::message("internet library: " + call);
 }
 
-void runInSandbox(SandboxArguments arguments, std::vector<std::string> command) {
-  if (!command.empty() && command.front() == "--") command.erase(command.begin());
-  if (command.empty()) throw CLI::RequiredError("COMMAND");
+void runInSandbox(SandboxArguments arguments, const std::vector<std::string>& command) {
   const bool isScripted = !arguments.script.empty();
   if (isScripted) checkScript(arguments.script);
   if (isScripted && arguments.library.empty()) arguments.library = scriptedLibrary();
@@ -120,7 +119,10 @@ void addSandboxCommand(CLI::App& app) {
   command->add_option("--inet-library", arguments->library,
                       "Install this internet library instead");
   command->add_flag("--no-network", arguments->noNetwork, "Leave the command loopback only");
-  command->prefix_command();
-  command->footer("COMMAND with its arguments stands after \"--\".");
-  command->callback([arguments, command] { runInSandbox(*arguments, command->remaining()); });
+  command->add_option("COMMAND", arguments->command, "What to run; it stands after \"--\"")
+      ->required();
+  command->fallthrough(false)->prefix_command();
+  command->callback([arguments, command] {
+    runInSandbox(*arguments, withRemaining(arguments->command, *command));
+  });
 }

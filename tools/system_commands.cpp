@@ -1,8 +1,8 @@
 #include <zrcommon/system.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <map>
 
 #include "base/install_path.h"
 #include "tools/codes.h"
@@ -42,14 +42,19 @@ void printPaths(Output& out) {
   if (!missing.empty()) throw Refusal("missing, or too long: " + missing);
 }
 
+// The library counts them from 1.
+const std::vector<std::string> kActions = {"start", "restart", "stop", "status"};
+
 struct ServiceArguments {
   std::string name;
-  int action = 0;
+  std::string action;
 };
 
 void control(const ServiceArguments& arguments) {
   unsigned int error = 0;
-  if (!HandleService(arguments.name.c_str(), arguments.action, &error))
+  const auto action = std::find(kActions.begin(), kActions.end(), arguments.action);
+  const auto number = static_cast<int>(action - kActions.begin()) + 1;
+  if (!HandleService(arguments.name.c_str(), number, &error))
     throw refusal(CodeOf::kService, error, arguments.name);
 }
 
@@ -78,16 +83,13 @@ void printFeatures(Output& out) {
 void addService(CLI::App& app) {
   auto* command = app.add_subcommand(
       "service",
-      "Run a service's init script and wait for its end. What the script says on standard output\n"
-      "is thrown away, and whether it succeeded is not known.");
+      "Run a service's init script and wait for its end. What the script prints on standard output "
+      "is discarded, and whether it succeeded is not known.");
   auto arguments = std::make_shared<ServiceArguments>();
   command->add_option("NAME", arguments->name, "Bare name of the script")->required();
-  const std::map<std::string, int> actions = {
-      {"start", 1}, {"restart", 2}, {"stop", 3}, {"status", 4}};
   command->add_option("ACTION", arguments->action, "start, restart, stop or status")
       ->required()
-      ->transform(CLI::CheckedTransformer(actions).description(""))
-      ->type_name("");
+      ->check(oneOf(kActions));
   command->callback([arguments] { control(*arguments); });
 }
 
