@@ -26,7 +26,7 @@ struct ProfileArguments {
 };
 
 unsigned int read(const ProfileArguments& arguments, std::string& text) {
-  char value[kLineBytes] = {};
+  char value[kChunkLength + 1] = {};
   unsigned int error = 0;
   GetPrivateProfileString(arguments.section.c_str(), arguments.key.c_str(), "", value, sizeof value,
                           arguments.file.c_str(), &error);
@@ -37,9 +37,9 @@ unsigned int read(const ProfileArguments& arguments, std::string& text) {
 void get(const ProfileArguments& arguments) {
   std::string value;
   const unsigned int error = read(arguments, value);
-  if (error != kNoError && !arguments.textDefault)
+  if (error != kSuccess && !arguments.textDefault)
     throw refusal(CodeOf::kProfile, error, arguments.file);
-  std::cout << (error == kNoError ? value : *arguments.textDefault) << '\n';
+  std::cout << (error == kSuccess ? value : *arguments.textDefault) << '\n';
 }
 
 void getInt(const ProfileArguments& arguments) {
@@ -47,7 +47,7 @@ void getInt(const ProfileArguments& arguments) {
   const int number =
       GetPrivateProfileInt(arguments.section.c_str(), arguments.key.c_str(),
                            arguments.numberDefault.value_or(0), arguments.file.c_str(), &error);
-  if (error != kNoError && !arguments.numberDefault)
+  if (error != kSuccess && !arguments.numberDefault)
     throw refusal(CodeOf::kProfile, error, arguments.file);
   std::cout << number << '\n';
 }
@@ -58,9 +58,9 @@ void set(const ProfileArguments& arguments) {
   unsigned int error = 0;
   WritePrivateProfileString(arguments.section.c_str(), arguments.key.c_str(),
                             arguments.value.c_str(), arguments.file.c_str(), &error);
-  if (error != kNoError) throw refusal(CodeOf::kProfile, error, arguments.file);
+  if (error != kSuccess) throw refusal(CodeOf::kProfile, error, arguments.file);
   std::string value;
-  if (read(arguments, value) != kNoError || value != trimmed(arguments.value))
+  if (read(arguments, value) != kSuccess || value != trimmed(arguments.value))
     throw Refusal(arguments.file + " was changed, but the entry does not read back as given: " +
                   "its names or value are longer than 256 characters or hold characters that mean "
                   "something else there, or the disk is full");

@@ -4,7 +4,8 @@
 #include <map>
 
 #include "profile/error.h"
-#include "profile/line_source.h"
+#include "profile/line.h"
+#include "profile/profile_file.h"
 #include "tools/codes.h"
 #include "tools/profile.h"
 
@@ -80,7 +81,7 @@ class Linter {
       remark("a zero byte hides the rest of the line, and changes to the file lose it");
     if (piece.back() == '\n')
       lookAtEnding(piece.size() > 1 && piece[piece.size() - 2] == '\r');
-    else if (piece.size() == kPieceLength)
+    else if (piece.size() == kChunkLength)
       remark("the line is cut at 1023 characters");
   }
 
@@ -144,9 +145,12 @@ class Linter {
 }  // namespace
 
 std::vector<Remark> lintProfile(const std::string& path) {
-  LineSource profile(path.c_str());
+  ProfileFile profile(path.c_str());
   if (!profile) throw refusal(CodeOf::kProfile, kCannotOpen, path);
   Linter linter;
-  for (std::string_view piece; profile.next(piece);) linter.look(piece);
+  for (auto bytes = profile.chunks(); !bytes.empty(); bytes = profile.chunks()) {
+    for (Chunks chunks(bytes); chunks.next();) linter.look(chunks.chunk());
+    profile.skip(bytes.size());
+  }
   return linter.remarks();
 }
