@@ -18,8 +18,8 @@ inline constexpr InstallPath<sizeof kInetOptionsFileName> kInetOptionsPath(kInet
 inline constexpr InstallPath<sizeof kDirectoryFileName> kDirectoryPath(kDirectoryFileName);
 inline constexpr InstallPath<sizeof kFeatureFileName> kFeaturePath(kFeatureFileName);
 
-/// The log of failed module loads, in the root directory.
-inline constexpr char kModuleLog[] = "/zrcommon.log";
+/// The log of failed module loads, and the default of CZRLogger. It is in the root directory.
+inline constexpr char kCommonLog[] = "/zrcommon.log";
 
 }  // namespace zrcommon
 

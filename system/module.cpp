@@ -10,7 +10,7 @@ using namespace zrcommon;
 
 void* ZRLoadLibrary(const char* name) {
   if (!name) {
-    WriteToLog(kModuleLog, "ZRLoadLibrary: Invalid parameters");
+    WriteToLog(kCommonLog, "ZRLoadLibrary: Invalid parameters");
     return nullptr;
   }
   // The loader looks for a bare name in the search path of the object that calls dlopen(): the call
@@ -19,7 +19,7 @@ void* ZRLoadLibrary(const char* name) {
   if (!module) {
     (void)std::snprintf(szErrMsg, sizeof szErrMsg, "In ZRLoadLibrary(): dlopen Error!!!%s",
                         ::dlerror());
-    WriteToLog(kModuleLog, szErrMsg);
+    WriteToLog(kCommonLog, szErrMsg);
   }
   return module;
 }
