@@ -21,6 +21,7 @@ std::string contentOf(const std::string& file) {
   try {
     return InputFile(file).content();
   } catch (const Refusal& reason) {
+    if (reason.systemError() == 0) throw;
     const unsigned int code = reason.systemError() == ENOENT ? kMissing : kCannotOpen;
     throw refusal(CodeOf::kSettingsRead, code, file, reason.systemError());
   }

@@ -81,10 +81,9 @@ void printFeatures(Output& out) {
 }
 
 void addService(CLI::App& app) {
-  auto* command = app.add_subcommand(
-      "service",
-      "Run a service's init script and wait for its end. What the script prints on standard output "
-      "is discarded, and whether it succeeded is not known.");
+  auto* command = app.add_subcommand("service", "Run a service's init script and wait for its end");
+  command->footer(
+      "What the script prints on standard output is discarded. Whether it succeeded is not known.");
   auto arguments = std::make_shared<ServiceArguments>();
   command->add_option("NAME", arguments->name, "Bare name of the script")->required();
   command->add_option("ACTION", arguments->action, "start, restart, stop or status")

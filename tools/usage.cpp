@@ -103,9 +103,9 @@ std::string wrappedLine(const std::string& line, std::size_t width, std::size_t 
 
 void requireAction(CLI::App* family) {
   family->require_subcommand(0, 1)->callback([family] {
+    const std::string choice = family->get_parent() ? ": " + joined(commandsOf(*family)) : "";
     if (family->get_subcommands().empty())
-      throw CLI::ValidationError(fullName(*family),
-                                 "a command is missing: " + joined(commandsOf(*family)));
+      throw CLI::RequiredError("a command is missing" + choice, CLI::ExitCodes::RequiredError);
   });
 }
 
@@ -151,7 +151,7 @@ std::vector<std::string> reversedArguments(int argc, const char* const* argv) {
 std::string complaint(const CLI::App& app, const CLI::ParseError& problem) {
   const CLI::App& command = commandIn(app);
   const std::vector<std::string> extras = app.remaining(true);
-  const bool isExtra = problem.get_name() == "ExtrasError" && !extras.empty();
+  const bool isExtra = dynamic_cast<const CLI::ExtrasError*>(&problem) && !extras.empty();
   const std::string what = isExtra ? unexpected(command, extras.front()) : problem.what();
   return what + "; see " + fullName(command) + " --help";
 }
