@@ -94,6 +94,7 @@ void runInSandbox(SandboxArguments arguments, const std::vector<std::string>& co
     ::setenv("INET_SCRIPT", std::filesystem::absolute(arguments.script).c_str(), 1);
     ::setenv("INET_RECORD", (scratch / "record").c_str(), 1);
   }
+  ::signal(SIGCHLD, SIG_DFL);
   const int status =
       waitFor(start(sandboxCommand(arguments, scratch, command), scratch.signalsBefore()));
   if (isScripted) showCalls(scratch / "record");
