@@ -83,7 +83,8 @@ mode_t withoutUmask(mode_t mode) {
 }  // namespace
 
 NewFile::NewFile(const std::string& target, mode_t newMode)
-    : target_(resolved(target)),
+    : name_(target),
+      target_(resolved(target)),
       replaced_(statusOf(target_)),
       mode_(replaced_ ? replaced_->st_mode & 07777U : withoutUmask(newMode)) {
   if (replaced_ && S_ISDIR(replaced_->st_mode)) throw systemRefusal(target, EISDIR);
@@ -101,7 +102,7 @@ NewFile::~NewFile() {
 
 void NewFile::open() {
   temporary_ = directoryOf(target_) + ".zrtool-XXXXXX";
-  if (temporary_.size() >= sizeof leftOver) throw systemRefusal(target_, ENAMETOOLONG);
+  if (temporary_.size() >= sizeof leftOver) throw systemRefusal(name_, ENAMETOOLONG);
   handleSignals();
   const SignalsBlocked blocked;
   file_.emplace(::mkostemp(temporary_.data(), O_CLOEXEC));
@@ -113,7 +114,7 @@ void NewFile::write(std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t count = ::write(file_->get(), bytes.data(), bytes.size());
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0) throw systemRefusal(target_);
+    if (count < 0) throw systemRefusal(name_);
     bytes.remove_prefix(static_cast<std::size_t>(count));
   }
 }
@@ -123,22 +124,22 @@ void NewFile::setMode(mode_t mode) {
   if (!replaced_ || (replaced_->st_mode & 07777U) == mode) return;
   char digits[8];
   (void)std::snprintf(digits, sizeof digits, "%04o", mode);
-  Output::message(target_ + " gets mode " + digits + ": every local user can change it");
+  Output::message(name_ + " gets mode " + digits + ": every local user can change it");
 }
 
 void NewFile::takeOver() {
   const bool isOwnerKept =
       !replaced_ || ::fchown(file_->get(), replaced_->st_uid, replaced_->st_gid) == 0;
-  if (!isOwnerKept) Output::message(target_ + " now belongs to you: its owner could not be kept");
+  if (!isOwnerKept) Output::message(name_ + " now belongs to you: its owner could not be kept");
   if (!isOwnerKept) mode_ &= 0777U;
-  if (::fchmod(file_->get(), mode_) != 0) throw systemRefusal(target_);
+  if (::fchmod(file_->get(), mode_) != 0) throw systemRefusal(name_);
 }
 
 // A file system that cannot sync the directory may lose the rename, but neither file.
 void NewFile::commit() {
   takeOver();
-  if (::fsync(file_->get()) != 0) throw systemRefusal(target_);
-  if (::rename(temporary_.c_str(), target_.c_str()) != 0) throw systemRefusal(target_);
+  if (::fsync(file_->get()) != 0) throw systemRefusal(name_);
+  if (::rename(temporary_.c_str(), target_.c_str()) != 0) throw systemRefusal(name_);
   leftOver[0] = '\0';
   const Fd directory(zrcommon::openFile(directoryOf(target_).c_str(), O_RDONLY | O_DIRECTORY));
   (void)::fsync(directory.get());
