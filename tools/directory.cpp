@@ -4,7 +4,7 @@
 #include <limits>
 #include <sstream>
 
-#include "base/install_path.h"
+#include "base/product_files.h"
 #include "network/directory_record.h"
 #include "tools/commands.h"
 #include "tools/input.h"
@@ -13,8 +13,6 @@
 using namespace zrcommon;
 
 namespace {
-
-constexpr InstallPath kInstalledFile(kDirectoryFileName);
 
 // A line of the text form: number, name and value with a tab after each of the first two.
 class TextLine {
@@ -123,7 +121,7 @@ void get(const GetArguments& arguments, Output& out) {
   char value[kDirectoryTextBytes + 1] = {};
   if (!GetValueFromInfoEml(arguments.number, arguments.name.c_str(), value, sizeof value))
     throw Refusal("there is no entry " + std::to_string(arguments.number) + " named \"" +
-                  arguments.name + "\" in " + kInstalledFile.get() +
+                  arguments.name + "\" in " + kDirectoryPath.get() +
                   (arguments.number ? "" : ": number 0 is never found"));
   out.result({{"value", value}}, value);
 }
@@ -136,7 +134,7 @@ void addDirectoryCommands(CLI::App& app, Output& out) {
 
   auto* listing =
       family->add_subcommand("list", "Print it as lines: number, tab, name, tab, value");
-  auto listed = std::make_shared<std::string>(kInstalledFile.get());
+  auto listed = std::make_shared<std::string>(kDirectoryPath.get());
   listing->add_option("FILE", *listed, "Directory file")->capture_default_str();
   listing->callback([listed, &out] { list(*listed, out); });
 

@@ -23,6 +23,8 @@ void addCommands(CLI::App& app, Output& out) {
   addSystemCommands(app, out);
   addExplainCommand(app, out);
   addDoctorCommand(app, out);
+  addSandboxCommand(app);
+  addCompletionCommands(app, out);
 }
 
 std::string exitStatus(unsigned int status) {
@@ -52,6 +54,8 @@ int run(CLI::App& app, Output& out, int argc, char** argv) {
     app.parse(reversedArguments(argc, argv));
     out.finish();
     return 0;
+  } catch (const CLI::RuntimeError& end) {
+    return end.get_exit_code();
   } catch (const CLI::ParseError& problem) {
     return answer(app, out, problem);
   }

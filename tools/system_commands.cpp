@@ -4,7 +4,7 @@
 #include <cerrno>
 #include <cstdio>
 
-#include "base/install_path.h"
+#include "base/product_files.h"
 #include "tools/codes.h"
 #include "tools/commands.h"
 #include "tools/hex.h"
@@ -14,7 +14,6 @@ using namespace zrcommon;
 namespace {
 
 constexpr int kPathBytes = 4096;
-constexpr InstallPath kFeatureFile("zrfeature.dat");
 
 using PathService = int (*)(char*);
 
@@ -75,7 +74,7 @@ void printFeatures(Output& out) {
   unsigned int error = 0;
   errno = 0;
   if (!GetZRFeaturesSetting(&feature, &error))
-    throw refusal(CodeOf::kFeature, error, kFeatureFile.get(), errno);
+    throw refusal(CodeOf::kFeature, error, kFeaturePath.get(), errno);
   const std::string text = hexText(feature.bytes, sizeof feature.bytes);
   out.result({{"bytes", text}}, text);
 }

@@ -54,7 +54,7 @@ std::string joined(const std::vector<std::string>& words) {
 std::vector<std::string> commandsOf(const CLI::App& app) {
   std::vector<std::string> names;
   for (const CLI::App* each : app.get_subcommands([](const CLI::App*) { return true; }))
-    names.push_back(each->get_name());
+    if (!each->get_group().empty()) names.push_back(each->get_name());
   return names;
 }
 
@@ -129,7 +129,7 @@ CLI::Validator oneOf(const std::vector<std::string>& words) {
     const bool isGood = std::find(words.begin(), words.end(), text) != words.end();
     return isGood ? "" : "must be " + joined(words) + suggestion(text, words);
   };
-  return CLI::Validator(check, "");
+  return CLI::Validator(check, '{' + CLI::detail::join(words, ",") + '}');
 }
 
 std::vector<std::string> reversedArguments(int argc, const char* const* argv) {

@@ -3,6 +3,10 @@
 
 #include <zrcommon/export.h>
 
+namespace zrcommon {
+class KeyTrack;
+}
+
 /// @file
 /// Encodings: byte scramblers, a Base64 of the product's own, and secure request commands. They
 /// keep text from standing in the clear and are no ciphers.
@@ -148,7 +152,7 @@ class ZRCOMMON_API CCrypt {
   ///
   /// @param key  copied, cut at 63 bytes. Null throws the int 1, the one exception that leaves this
   ///             library. An empty key makes an object whose operations fail.
-  explicit CCrypt(const char* key);
+  CCrypt(const char* key);  // NOLINT(google-explicit-constructor): a key converts
 
   /// Replaces every byte by its exclusive-or with its key byte. Where the two are equal the byte
   /// stays as it is, in the clear.
@@ -164,6 +168,8 @@ class ZRCOMMON_API CCrypt {
   bool Decrypt(char* text);
 
  private:
+  friend class zrcommon::KeyTrack;
+
   int keyLength_;
   char key_[64];
 };
@@ -181,7 +187,7 @@ class ZRCOMMON_API CPHPOperations {
   /// Takes the key.
   ///
   /// @param key  as for CCrypt, the int 1 thrown for null included
-  explicit CPHPOperations(const char* key);
+  CPHPOperations(const char* key);  // NOLINT(google-explicit-constructor): a key converts
 
   /// Replaces a text of 1 to 1,023 bytes by its secure string.
   ///
