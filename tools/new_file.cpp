@@ -15,28 +15,30 @@ namespace {
 // What the signal handler removes; empty if there is nothing.
 char leftOver[PATH_MAX];
 
+// All signals are blocked here, and the one raised ends the process when this returns. SA_RESETHAND
+// would not do: a second signal could end the process before the file is removed.
 void removeAndEnd(int signal) {
   if (leftOver[0] != '\0') ::unlink(leftOver);
+  ::signal(signal, SIG_DFL);
   ::raise(signal);
 }
 
-// A limit on file sizes sends SIGXFSZ, after which write() fails with EFBIG if something handles
-// it.
-void ignore(int) {}
+// After SIGXFSZ, which a limit on file sizes sends, write() fails with EFBIG.
+void goOn(int) {}
 
-void handle(int signal, void (*handler)(int), int flags) {
+void handle(int signal, void (*handler)(int)) {
   struct sigaction action = {};
   if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) return;
   action.sa_handler = handler;
-  action.sa_flags = flags;
+  ::sigfillset(&action.sa_mask);
   ::sigaction(signal, &action, nullptr);
 }
 
 void handleSignals() {
   for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGALRM, SIGTERM, SIGUSR1, SIGUSR2,
                            SIGXCPU, SIGVTALRM, SIGPROF, SIGIO})
-    handle(signal, removeAndEnd, static_cast<int>(SA_RESETHAND | SA_NODEFER));
-  handle(SIGXFSZ, ignore, 0);
+    handle(signal, removeAndEnd);
+  handle(SIGXFSZ, goOn);
 }
 
 class SignalsBlocked {

@@ -1,10 +1,9 @@
 A command line that is wrong is answered in one sentence, also as JSON.
 
-  $ zrtool servce x; zrtool directory; zrtool doctor --jsno; zrtool copy a b c
+  $ zrtool servce x; zrtool directory; zrtool doctor --jsno
   zrtool: there is no command "servce" (did you mean "service"?); see zrtool --help
   zrtool: a command is missing: list, get or pack; see zrtool directory --help
   zrtool: there is no option "--jsno" (did you mean "--json"?); see zrtool doctor --help
-  zrtool: the argument "c" is one too many; see zrtool copy --help
   [2]
   $ zrtool service cron jump; ! zrtool fetch --max 123456789012345678901234567890 x
   zrtool: ACTION: must be start, restart, stop or status; see zrtool service --help
