@@ -2,6 +2,7 @@
 
 #include "tools/codes.h"
 #include "tools/commands.h"
+#include "tools/internet_library.h"
 
 namespace {
 
@@ -11,8 +12,10 @@ void check(Output& out) {
   const std::string reason = inWords(isReached ? CodeOf::kReached : CodeOf::kNotReached, error);
   const std::string line = std::string("result ") + (isReached ? "1" : "0") + ", code " +
                            std::to_string(error) + ": " + reason;
-  if (!isReached) throw Refusal(line + "; \"zrtool doctor\" checks the installation", error, 0);
-  out.result({{"reachable", true}, {"code", error}, {"reason", reason}}, line);
+  out.result({{"reachable", isReached}, {"code", error}, {"reason", reason}});
+  if (isReached) return out.print(line + '\n');
+  const std::string problem = internetLibraryProblem();
+  throw Refusal(line + (problem.empty() ? "" : ": " + problem) + "; see zrtool doctor", error, 0);
 }
 
 }  // namespace

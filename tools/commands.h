@@ -6,8 +6,8 @@
 #include "tools/output.h"
 #include "tools/usage.h"
 
-/// The words after "--", for a command that takes the words of another command: the first one, which
-/// is an argument of its own, and those that CLI11 leaves after that.
+/// The words after "--", for a command that takes the words of another command: the first one,
+/// which is an argument of its own, and those that CLI11 leaves after that.
 inline std::vector<std::string> withRemaining(const std::string& first, const CLI::App& command) {
   std::vector<std::string> words = command.remaining();
   if (!words.empty() && words.front() == "--") words.erase(words.begin());

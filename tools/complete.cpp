@@ -1,5 +1,5 @@
 #include <filesystem>
-#include <set>
+#include <sstream>
 
 #include "tools/commands.h"
 #include "tools/input.h"
@@ -34,20 +34,18 @@ void follow(Place& place, const std::string& word) {
     const CLI::Option* const option = place.command->get_option_no_throw(word);
     if (option && option->get_type_size() > 0) place.option = option;
   } else if (const CLI::App* const command = commandNamed(*place.command, word)) {
-    place.command = command;
+    place = {command, {}};
   } else {
     place.arguments.push_back(word);
   }
 }
 
+// The command's own, and --json, which stands with any command.
 Words optionNames(const CLI::App& command) {
   Words names;
   for (const CLI::Option* option : command.get_options())
     for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
-  if (command.get_parent() && command.get_fallthrough()) {
-    const Words more = optionNames(*command.get_parent());
-    names.insert(names.end(), more.begin(), more.end());
-  }
+  if (command.get_parent() && command.get_fallthrough()) names.emplace_back("--json");
   return names;
 }
 
@@ -65,8 +63,7 @@ Words namesInProfile(const std::string& file, const std::string& section) {
   for (const ProfileLine& line : profileLines(content)) {
     const bool isWanted =
         section.empty() ? line.isHeader() : line.isEntry() && line.section == section;
-    if (isWanted && line.hidden == Hidden::kNo)
-      names.emplace_back(section.empty() ? line.section : line.key);
+    if (isWanted && !line.hidden) names.emplace_back(section.empty() ? line.section : line.key);
   }
   return names;
 }
@@ -79,14 +76,13 @@ Words services() {
   return names;
 }
 
-// A check for members describes itself as "{one,other}".
+// A choice of words is described as "{one,other}".
 Words choices(const std::string& type) {
   Words words;
   const std::size_t open = type.find('{');
   if (open == type.npos) return words;
   std::istringstream list(type.substr(open + 1, type.find('}') - open - 1));
-  for (std::string word; std::getline(list, word, ',');)
-    words.push_back(word.substr(0, word.find("->")));
+  for (std::string word; std::getline(list, word, ',');) words.push_back(word);
   return words;
 }
 
@@ -94,7 +90,7 @@ Words valuesOf(const CLI::Option& option, const Place& place) {
   const std::string name = option.get_single_name();
   if (name == "SECTION") return namesInProfile(place.arguments.at(0), "");
   if (name == "KEY") return namesInProfile(place.arguments.at(0), place.arguments.at(1));
-  if (name == "SERVICE") return services();
+  if (place.command->get_name() == "service" && name == "NAME") return services();
   return choices(option.get_type_name());
 }
 
@@ -106,17 +102,16 @@ Words nextArgument(const Place& place) {
   return commandNames(*place.command);
 }
 
-Words candidates(const CLI::App& app, Words words) {
-  const std::string last = words.empty() ? "" : words.back();
-  if (!words.empty()) words.pop_back();
+Words candidates(const CLI::App& app, const Words& words) {
   Place place{&app, {}};
-  for (const std::string& word : words) follow(place, word);
+  for (std::size_t i = 1; i + 1 < words.size(); ++i) follow(place, words[i]);
   if (place.option) return valuesOf(*place.option, place);
-  return last.rfind('-', 0) == 0 ? optionNames(*place.command) : nextArgument(place);
+  return words.back().rfind('-', 0) == 0 ? optionNames(*place.command) : nextArgument(place);
 }
 
-void complete(const CLI::App& app, Words words, Output& out) {
-  const std::string last = words.empty() || words.back() == "=" ? "" : words.back();
+// The words are those of the command line, from zrtool on. A shell may take "=" for a word.
+void complete(const CLI::App& app, const Words& words, Output& out) {
+  const std::string last = words.back() == "=" ? "" : words.back();
   out.startList();
   try {
     for (const std::string& each : candidates(app, words))
@@ -146,9 +141,8 @@ void addCompletionCommands(CLI::App& app, Output& out) {
   auto first = std::make_shared<std::string>();
   command->add_option("WORD", *first, "What stands on the command line")->required();
   command->fallthrough(false)->prefix_command();
-  command->callback([&app, &out, command, first] {
-    complete(app, withRemaining(*first, *command), out);
-  });
+  command->callback(
+      [&app, &out, command, first] { complete(app, withRemaining(*first, *command), out); });
   auto* description = app.add_subcommand("describe", "Print every command with its options");
   description->group("");
   description->callback([&app, &out] { describe(app, "", out); });

@@ -143,7 +143,7 @@ void addDirectoryCommands(CLI::App& app, Output& out) {
   auto arguments = std::make_shared<GetArguments>();
   getting->add_option("NUMBER", arguments->number, "Entry number")
       ->required()
-      ->check(numberFrom(0, 0xFFFFFFFF));
+      ->transform(numberFrom(0, 0xFFFFFFFF));
   getting->add_option("NAME", arguments->name, "Entry name, in upper or lower case")->required();
   getting->callback([arguments, &out] { get(*arguments, out); });
 

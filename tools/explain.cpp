@@ -41,6 +41,6 @@ void addExplainCommand(CLI::App& app, Output& out) {
       app.add_subcommand("explain", "Say what a code of the library, a component or zrtool means");
   auto code = std::make_shared<std::optional<unsigned int>>();
   command->add_option("CODE", *code, "The code; without one, all codes of the library are listed")
-      ->check(numberFrom(0, 0xFFFFFFFF));
+      ->transform(numberFrom(0, 0xFFFFFFFF));
   command->callback([code, &out] { explain(*code, out); });
 }

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "tools/commands.h"
+#include "tools/internet_library.h"
 #include "tools/new_file.h"
 
 namespace {
@@ -14,11 +15,16 @@ struct FetchArguments {
   unsigned int most = 64U << 20U;
 };
 
-[[noreturn]] void refuseAsNotFetched(const FetchArguments& arguments) {
-  throw Refusal("nothing was fetched from " + arguments.url +
-                ": the address could not be opened, its body is empty, or it is larger than " +
-                std::to_string(arguments.most) +
-                " bytes (--max); \"zrtool doctor\" checks the installation");
+// The library zeroes the buffer once it has read something, so this byte tells whether it has.
+constexpr char kUnread = 1;
+
+std::string whyNotFetched(const FetchArguments& arguments, const char* body) {
+  const std::string problem = internetLibraryProblem();
+  const std::string limit = "larger than " + std::to_string(arguments.most) + " bytes (--max)";
+  if (!problem.empty()) return problem;
+  if (*body == kUnread) return "the address could not be opened or read";
+  return *body == '\0' ? "the body is empty, begins with a zero byte, or is " + limit
+                       : "the body is " + limit;
 }
 
 void deliver(const std::string& file, std::string_view body, Output& out) {
@@ -33,11 +39,13 @@ void deliver(const std::string& file, std::string_view body, Output& out) {
 
 void fetch(const FetchArguments& arguments, Output& out) {
   std::vector<char> body(std::size_t{arguments.most} + 1);
+  body[0] = kUnread;
   unsigned int received = 0;
   unsigned int error = 0;
   if (!ZRSendDataAndGetResponse(arguments.url.c_str(), body.data(),
                                 static_cast<unsigned int>(body.size()), &received, &error))
-    refuseAsNotFetched(arguments);
+    throw Refusal("nothing was fetched from " + arguments.url + ": " +
+                  whyNotFetched(arguments, body.data()) + "; see zrtool doctor");
   const std::size_t length = std::strlen(body.data());
   deliver(arguments.output, {body.data(), length}, out);
   if (length != received)
@@ -56,7 +64,7 @@ void addFetchCommand(CLI::App& app, Output& out) {
       ->type_name("FILE");
   command->add_option("--max", arguments->most, "Largest body to accept, in bytes")
       ->capture_default_str()
-      ->check(numberFrom(1, 0xFFFFFFFE))
+      ->transform(numberFrom(1, 0xFFFFFFFE))
       ->type_name("BYTES");
   command->callback([arguments, &out] { fetch(*arguments, out); });
 }

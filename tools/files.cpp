@@ -98,8 +98,8 @@ void addCopy(CLI::App& app) {
 
 void addFind(CLI::App& app, Output& out) {
   auto* command = app.add_subcommand(
-      "find",
-      "Print the offset of every occurrence of a pattern in a file, overlapping ones included. "
+      "find", "Print the offset of every occurrence of a pattern in a file, overlapping ones too");
+  command->footer(
       "The file is upper-cased before it is compared and the pattern is not: upper-case letters in "
       "the pattern match both cases, lower-case ones match nothing.");
   auto arguments = std::make_shared<FindArguments>();

@@ -1,6 +1,6 @@
 #include <zrcommon/network.h>
 
-#include "base/install_path.h"
+#include "base/product_files.h"
 #include "tools/codes.h"
 #include "tools/commands.h"
 #include "tools/hex.h"
@@ -11,7 +11,6 @@ using namespace zrcommon;
 
 namespace {
 
-constexpr InstallPath kDefaultFile("zrinet.opt");
 constexpr unsigned int kDone = 1;
 constexpr unsigned int kMissing = 2;
 constexpr unsigned int kCannotOpen = 3;
@@ -21,6 +20,7 @@ std::string contentOf(const std::string& file) {
   try {
     return InputFile(file).content();
   } catch (const Refusal& reason) {
+    if (reason.systemError() == 0) throw;
     const unsigned int code = reason.systemError() == ENOENT ? kMissing : kCannotOpen;
     throw refusal(CodeOf::kSettingsRead, code, file, reason.systemError());
   }
@@ -60,7 +60,7 @@ void save(const std::string& file, Output&) {
 void addAction(CLI::App* family, const char* name, const char* help, Output& out,
                void (*action)(const std::string&, Output&)) {
   auto* command = family->add_subcommand(name, help);
-  auto file = std::make_shared<std::string>(kDefaultFile.get());
+  auto file = std::make_shared<std::string>(kInetOptionsPath.get());
   command->add_option("FILE", *file, "Options file")->capture_default_str();
   command->callback([file, action, &out] { action(*file, out); });
 }

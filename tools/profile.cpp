@@ -26,7 +26,7 @@ struct ProfileArguments {
   std::string value;
   std::optional<std::string> textDefault;
   std::optional<int> numberDefault;
-  Severity failOn = Severity::kError;
+  std::string failOn = "error";
   bool isDryRun = false;
   bool discard = false;
 };
@@ -96,7 +96,7 @@ std::vector<Finding> findingsIn(const std::string& file) {
 }
 
 void print(const std::string& file, const Finding& finding, Output& out) {
-  const std::string severity = nameOf(finding.severity);
+  const std::string& severity = severityNames()[static_cast<std::size_t>(finding.severity)];
   out.entry({{"file", file},
              {"line", finding.line},
              {"severity", severity},
@@ -107,16 +107,18 @@ void print(const std::string& file, const Finding& finding, Output& out) {
 }
 
 void lint(const ProfileArguments& arguments, Output& out) {
+  const std::vector<std::string>& severities = severityNames();
+  const auto least = std::find(severities.begin(), severities.end(), arguments.failOn);
   std::size_t grave = 0;
   out.startList();
   for (const std::string& file : arguments.files) {
     for (const Finding& finding : findingsIn(file)) {
       print(file, finding, out);
-      grave += finding.severity >= arguments.failOn;
+      grave += static_cast<int>(finding.severity) >= least - severities.begin();
     }
   }
   if (grave != 0)
-    throw Refusal("findings of the severity " + std::string(nameOf(arguments.failOn)) +
+    throw Refusal("findings of the severity " + arguments.failOn +
                   " or above: " + std::to_string(grave));
 }
 
@@ -197,14 +199,11 @@ void addWriters(Family& family) {
 }
 
 void addLint(Family& family) {
-  const std::map<std::string, Severity> severities = {
-      {"note", Severity::kNote}, {"warning", Severity::kWarning}, {"error", Severity::kError}};
-  auto* lint =
-      family.add("lint", "Say, line by line, what is not read as people expect", ::lint);
+  auto* lint = family.add("lint", "Say, line by line, what is not read as people expect", ::lint);
   lint->add_option("FILE", family.arguments().files, "Profile files")->required();
   lint->add_option("--fail-on", family.arguments().failOn,
                    "Least severity that ends with exit status 1 (error)")
-      ->transform(CLI::Transformer(severities));
+      ->check(oneOf(severityNames()));
 }
 
 }  // namespace

@@ -7,14 +7,10 @@
 #include <vector>
 
 /// Why the reader never returns what a line holds.
-enum class Hidden {
-  kNo,
-  kBeforeSections,
-  kBrokenHeader,
-  kRepeatedSection,
-  kRepeatedKey,
-  kNoEquals,
-  kLongName,
+struct Hidden {
+  const char* code;
+  /// A sentence. If it ends in a blank, the number of a line belongs there.
+  const char* why;
 };
 
 /// A line of a profile, or a part of one that is longer than the reader's lines, as the reader sees
@@ -22,6 +18,7 @@ enum class Hidden {
 struct ProfileLine {
   bool isHeader() const;
   bool isEntry() const;
+  std::string whyHidden() const;
 
   std::size_t number = 0;
   bool isRest = false;
@@ -31,16 +28,13 @@ struct ProfileLine {
   std::string_view section;
   std::string_view key;
   std::optional<std::string_view> value;
-  Hidden hidden = Hidden::kNo;
-  /// The line that is the reason: what is read instead, or the header above.
+  /// Null if readers find the line.
+  const Hidden* hidden = nullptr;
+  /// The line that is read instead, or the header above.
   std::size_t because = 0;
 };
 
 /// Every line of a profile, in the order of the file.
 std::vector<ProfileLine> profileLines(std::string_view bytes);
-
-/// The reason in a word for programs, such as "repeated-key", and as a sentence.
-const char* codeOf(Hidden reason);
-std::string whyHidden(const ProfileLine& line);
 
 #endif  // ZRCOMMON_TOOLS_PROFILE_LINES_H

@@ -61,7 +61,7 @@ class Linter {
     lookWhetherHidden(line);
     if (line.isHeader())
       lookAtHeader(line);
-    else if (line.value && line.hidden != Hidden::kRepeatedSection)
+    else if (line.value && !isHeaderHidden_)
       lookAtEntry(line);
   }
 
@@ -97,9 +97,9 @@ class Linter {
 
   // What is under a bad header is told once, there.
   void lookWhetherHidden(const ProfileLine& line) {
-    const bool isTold = !line.isHeader() && (line.hidden == Hidden::kRepeatedSection ||
-                                             line.hidden == Hidden::kBrokenHeader);
-    if (line.hidden != Hidden::kNo && !isTold) error(codeOf(line.hidden), whyHidden(line));
+    const bool isTold = line.isEntry() && isHeaderHidden_;
+    if (line.isHeader()) isHeaderHidden_ = line.hidden != nullptr;
+    if (line.hidden && !isTold) error(line.hidden->code, line.whyHidden());
   }
 
   void lookAtHeader(const ProfileLine& header) {
@@ -131,13 +131,14 @@ class Linter {
   std::size_t line_ = 1;
   std::optional<bool> isFirstCrLf_;
   bool endingsAreMixed_ = false;
+  bool isHeaderHidden_ = false;
 };
 
 }  // namespace
 
-const char* nameOf(Severity severity) {
-  static const char* const names[] = {"note", "warning", "error"};
-  return names[static_cast<int>(severity)];
+const std::vector<std::string>& severityNames() {
+  static const std::vector<std::string> names = {"note", "warning", "error"};
+  return names;
 }
 
 std::vector<Finding> lintProfile(std::string_view profile) {

@@ -15,7 +15,8 @@ struct Finding {
   std::string message;
 };
 
-const char* nameOf(Severity severity);
+/// From the least on, so that a severity is the index of its name.
+const std::vector<std::string>& severityNames();
 
 /// What the reader makes of a profile, where that may surprise, in the order of the lines.
 std::vector<Finding> lintProfile(std::string_view profile);

@@ -47,8 +47,7 @@ void recoverProfile(const std::string& file, bool discard, Output& out) {
   const std::string copy = file + ".tmp";
   const bool isProfileThere = isThere(file);
   const bool isCopyThere = isThere(copy);
-  if (!isProfileThere && !isCopyThere)
-    throw Refusal(file + " and " + copy + " are both missing");
+  if (!isProfileThere && !isCopyThere) throw Refusal(file + " and " + copy + " are both missing");
   if (!isProfileThere) return finish(file, copy, out);
   if (isCopyThere) return keep(file, copy, discard, out);
   out.result({{"file", file}, {"state", "clean"}}, file + ": no change was interrupted");

@@ -17,18 +17,17 @@ Json optionalText(std::optional<std::string_view> text) {
 }
 
 Json jsonOf(const ProfileLine& line) {
-  const bool isHidden = line.hidden != Hidden::kNo;
   return {{"line", line.number},
           {"section", line.section},
           {"key", line.isEntry() ? Json(line.key) : Json()},
           {"value", optionalText(line.value)},
-          {"hidden", isHidden ? Json(codeOf(line.hidden)) : Json()}};
+          {"hidden", line.hidden ? Json(line.hidden->code) : Json()}};
 }
 
 std::string textOf(const ProfileLine& line) {
-  if (line.hidden != Hidden::kNo)
+  if (line.hidden)
     return "; hidden, line " + std::to_string(line.number) + ": " + std::string(line.text) + " (" +
-           whyHidden(line) + ')';
+           line.whyHidden() + ')';
   if (line.isHeader()) return '[' + std::string(line.section) + ']';
   return std::string(line.key) + '=' + std::string(*line.value);
 }
@@ -42,8 +41,7 @@ using Entries = std::map<std::string, const ProfileLine*>;
 
 std::string lowered(std::string_view name) {
   std::string text(name);
-  for (char& each : text)
-    each = static_cast<char>(std::tolower(static_cast<unsigned char>(each)));
+  for (char& each : text) each = static_cast<char>(std::tolower(static_cast<unsigned char>(each)));
   return text;
 }
 
@@ -51,7 +49,7 @@ std::string lowered(std::string_view name) {
 Entries visibleEntries(const std::vector<ProfileLine>& lines) {
   Entries entries;
   for (const ProfileLine& line : lines)
-    if (line.isEntry() && line.hidden == Hidden::kNo)
+    if (line.isEntry() && !line.hidden)
       entries.emplace(lowered(line.section) + '\n' + lowered(line.key), &line);
   return entries;
 }

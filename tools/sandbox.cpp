@@ -38,8 +38,9 @@ std::string scriptedLibrary() {
   const auto tool = std::filesystem::read_symlink("/proc/self/exe").parent_path();
   for (const char* each : {"examples/inet/libinet_scripted.so", ZRTOOL_MODULES "inet_scripted.so"})
     if (std::filesystem::exists(tool / each)) return std::filesystem::canonical(tool / each);
-  throw Refusal("the scripted internet library is not installed: install the package "
-                "zrcommon-inet-dev, or name one with --inet-library");
+  throw Refusal(
+      "the scripted internet library is not installed: install the package "
+      "zrcommon-inet-dev, or name one with --inet-library");
 }
 
 std::vector<std::string> sandboxCommand(const SandboxArguments& arguments, const Scratch& scratch,
@@ -98,8 +99,8 @@ void runInSandbox(SandboxArguments arguments, const std::vector<std::string>& co
     ::setenv("INET_SCRIPT", std::filesystem::absolute(arguments.script).c_str(), 1);
     ::setenv("INET_RECORD", (scratch / "record").c_str(), 1);
   }
-  const int status = waitFor(start(sandboxCommand(arguments, scratch, command),
-                                   scratch.signalsBefore()));
+  const int status =
+      waitFor(start(sandboxCommand(arguments, scratch, command), scratch.signalsBefore()));
   if (isScripted) showCalls(scratch / "record");
   if (status != 0) throw CLI::RuntimeError(status);
 }

@@ -25,11 +25,13 @@ fi
 network=$2
 shift 2
 directory=$PWD
+# In another sandbox, what is under its /host.
+machine=${ZRCOMMON_SANDBOX:+/host}
 trap 'refuse "the private root could not be made"' EXIT
 
 mount -t tmpfs -o mode=755 sandbox /mnt
 mkdir /mnt/host
-mount --rbind / /mnt/host
+mount --rbind "${machine:-/}" /mnt/host
 # Directories are mounted, so that they keep their names. Those with private parts are made of links.
 for path in /* /usr/*; do
   case $path in /dev | /etc | /host | /mnt | /scratch | /usr | /usr/lib | /zrcommon.log) continue ;; esac
@@ -54,6 +56,7 @@ mkdir -p scratch usr/lib/Valdrix/Valdrix etc/init.d/rc.d dev/shm
 
 # Private nodes: several operations change the mode of what they are given, or delete it.
 for device in full null random tty urandom zero; do
+  [ -e /dev/$device ] || continue
   : > dev/$device
   mount -o bind,ro /dev/$device dev/$device
 done

@@ -4,7 +4,7 @@
 #include <cerrno>
 #include <cstdio>
 
-#include "base/install_path.h"
+#include "base/product_files.h"
 #include "tools/codes.h"
 #include "tools/commands.h"
 #include "tools/hex.h"
@@ -14,7 +14,6 @@ using namespace zrcommon;
 namespace {
 
 constexpr int kPathBytes = 4096;
-constexpr InstallPath kFeatureFile("zrfeature.dat");
 
 using PathService = int (*)(char*);
 
@@ -75,16 +74,15 @@ void printFeatures(Output& out) {
   unsigned int error = 0;
   errno = 0;
   if (!GetZRFeaturesSetting(&feature, &error))
-    throw refusal(CodeOf::kFeature, error, kFeatureFile.get(), errno);
+    throw refusal(CodeOf::kFeature, error, kFeaturePath.get(), errno);
   const std::string text = hexText(feature.bytes, sizeof feature.bytes);
   out.result({{"bytes", text}}, text);
 }
 
 void addService(CLI::App& app) {
-  auto* command = app.add_subcommand(
-      "service",
-      "Run a service's init script and wait for its end. What the script prints on standard output "
-      "is discarded, and whether it succeeded is not known.");
+  auto* command = app.add_subcommand("service", "Run a service's init script and wait for its end");
+  command->footer(
+      "What the script prints on standard output is discarded. Whether it succeeded is not known.");
   auto arguments = std::make_shared<ServiceArguments>();
   command->add_option("NAME", arguments->name, "Bare name of the script")->required();
   command->add_option("ACTION", arguments->action, "start, restart, stop or status")

@@ -55,7 +55,7 @@ std::string joined(const std::vector<std::string>& words) {
 std::vector<std::string> commandsOf(const CLI::App& app) {
   std::vector<std::string> names;
   for (const CLI::App* each : app.get_subcommands([](const CLI::App*) { return true; }))
-    names.push_back(each->get_name());
+    if (!each->get_group().empty()) names.push_back(each->get_name());
   return names;
 }
 
@@ -103,9 +103,9 @@ std::string wrappedLine(const std::string& line, std::size_t width, std::size_t 
 
 void requireAction(CLI::App* family) {
   family->require_subcommand(0, 1)->callback([family] {
+    const std::string choice = family->get_parent() ? ": " + joined(commandsOf(*family)) : "";
     if (family->get_subcommands().empty())
-      throw CLI::ValidationError(fullName(*family),
-                                 "a command is missing: " + joined(commandsOf(*family)));
+      throw CLI::RequiredError("a command is missing" + choice, CLI::ExitCodes::RequiredError);
   });
 }
 
@@ -129,7 +129,7 @@ CLI::Validator oneOf(const std::vector<std::string>& words) {
     const bool isGood = std::find(words.begin(), words.end(), text) != words.end();
     return isGood ? "" : "must be " + joined(words) + suggestion(text, words);
   };
-  return CLI::Validator(check, "");
+  return CLI::Validator(check, '{' + CLI::detail::join(words, ",") + '}');
 }
 
 std::vector<std::string> reversedArguments(int argc, const char* const* argv) {
@@ -151,7 +151,7 @@ std::vector<std::string> reversedArguments(int argc, const char* const* argv) {
 std::string complaint(const CLI::App& app, const CLI::ParseError& problem) {
   const CLI::App& command = commandIn(app);
   const std::vector<std::string> extras = app.remaining(true);
-  const bool isExtra = problem.get_name() == "ExtrasError" && !extras.empty();
+  const bool isExtra = dynamic_cast<const CLI::ExtrasError*>(&problem) && !extras.empty();
   const std::string what = isExtra ? unexpected(command, extras.front()) : problem.what();
   return what + "; see " + fullName(command) + " --help";
 }

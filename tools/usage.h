@@ -8,7 +8,8 @@
 /// Requires a subcommand. (CLI11's own check would report a mistyped one as a missing one.)
 void requireAction(CLI::App* family);
 
-/// Accepts a decimal number in the range. Leading zeros, which CLI11 takes for octal, are removed.
+/// Accepts a decimal number in the range, for Option::transform(). Leading zeros, which CLI11 takes
+/// for octal, are removed.
 CLI::Validator numberFrom(long long least, long long most);
 
 /// Accepts one of the words.

@@ -1,67 +1,46 @@
-Profiles as components see them.
+Profiles as components see them. What they do not see is shown as comments that say why.
 
-  $ cat > a.ini <<'END'
-  > early = 1
-  > [Net]
-  > Host = example.com
-  > host = hidden.example.com
-  > Port = 0x50
-  > Flag
-  > [net]
-  > Proxy = none
-  > [broken
-  > Lost = 1
-  > END
-  $ zrtool profile get a.ini net HOST
-  example.com
-  $ zrtool profile get-int a.ini net port --json
-  {"value":0,"isDefault":false}
-  $ zrtool profile get a.ini net flag
-  zrtool: code 201: a.ini: * (glob)
-  [1]
-  $ zrtool profile get missing.ini net host
-  zrtool: code 102: missing.ini: *: No such file or directory (ENOENT) (glob)
-  [1]
-  $ zrtool profile get missing.ini net host --default=
-  
+  $ printf 'early = 1\n[Net]\nHost = a\nhost = b\nPort = 0x50\nFlag\n[net]\nProxy = c\n[x\n' > a.ini
   $ zrtool profile show a.ini
   ; hidden, line 1: early = 1 (no section has begun)
   [Net]
-  Host=example.com
-  ; hidden, line 4: host = hidden.example.com (only the first entry of this name is read, in line 3)
+  Host=a
+  ; hidden, line 4: host = b (only the first entry of this name is read, in line 3)
   Port=0x50
-  ; hidden, line 6: Flag (the line has no "=", so reading its key fails)
-  ; hidden, line 7: [net] (only the first section of this name is read, which begins in line 2)
-  ; hidden, line 8: Proxy = none (only the first section of this name is read, which begins in line 2)
-  ; hidden, line 9: [broken (the header in line 9 has no "]": it ends a section and begins none)
-  ; hidden, line 10: Lost = 1 (the header in line 9 has no "]": it ends a section and begins none)
-  $ zrtool profile show a.ini net host --json | tail -n 3
-    {"line":4,"section":"Net","key":"host","value":"hidden.example.com","hidden":"repeated-key"},
+  ; hidden, line 6: Flag (an entry without "=" has no value)
+  ; hidden, line 7: [net] (only the first section of this name is read, from line 2)
+  ; hidden, line 8: Proxy = c (only the first section of this name is read, from line 2)
+  ; hidden, line 9: [x (a header without "]" ends a section and begins none, in line 9)
+  $ zrtool profile show a.ini net host --json | sed -n 4p
     {"line":7,"section":"net","key":null,"value":null,"hidden":"repeated-section"}
-  ]
-  $ zrtool profile show a.ini net proxies
-  zrtool: code 202: a.ini: * (glob)
+  $ zrtool profile show a.ini net proxies --json 2>&1 | grep -o '"code":202'
+  "code":202
+  $ zrtool profile get-int a.ini net PORT --json
+  {"value":0,"isDefault":false}
+  $ zrtool profile get missing.ini net host
+  zrtool: code 102: missing.ini: *: No such file or directory (ENOENT) (glob)
   [1]
+  $ zrtool profile get missing.ini net host --default=x
+  x
 
 Two profiles are compared by section and key.
 
-  $ printf '[NET]\nPort=80\nHOST=example.com\n[New]\nA=\n' > b.ini
-  $ zrtool profile diff a.ini b.ini
-  -[Net] Port=0x50
-  +[Net] Port=80
-  +[New] A=
+  $ printf '[NET]\nPort=80\nHOST=a\n[New]\nA=\n' > b.ini; zrtool profile diff a.ini b.ini
+  - [NET] Port=0x50
+  + [NET] Port=80
+  + [New] A=
   zrtool: a.ini and b.ini differ in entries: 2
   [1]
-  $ zrtool profile diff a.ini ./a.ini --json
-  []
 
-A named pipe would make a reader wait for ever.
+A named pipe is refused; a reader would wait for ever.
 
-  $ mkfifo pipe
-  $ for action in 'get pipe a b' 'set pipe a b c' 'diff pipe pipe' 'recover pipe'; do
-  >   zrtool profile $action; done
-  zrtool: pipe is not a regular file
-  zrtool: pipe is not a regular file
-  zrtool: pipe is not a regular file
-  zrtool: pipe is not a regular file
-  [1]
+  $ mkfifo pipe; for action in 'get pipe a b' 'set pipe a b c' 'recover pipe'; do
+  > zrtool profile $action 2>&1; done | uniq -c | sed 's/^ *//'
+  3 zrtool: pipe is not a regular file
+
+The shell completes sections and keys from the file on the line.
+
+  $ zrtool complete -- zrtool profile get b.ini N; zrtool complete zrtool profile get b.ini NET H
+  NET
+  New
+  HOST
