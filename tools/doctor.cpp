@@ -179,7 +179,6 @@ void checkLog(Report& report) {
 // Listing links binds a netlink route socket to the port that is the process id.
 void checkProcess(Report& report, const std::string& process) {
   const std::string directory = "/proc/" + process;
-  if (!exists(directory.c_str())) throw Refusal("there is no process " + process);
   const Check check = {"netlink-port", directory};
   std::ifstream sockets(directory + "/net/netlink");
   for (std::string line; std::getline(sockets, line);) {
@@ -208,6 +207,8 @@ void examine(const std::vector<std::string>& processes, Output& out) {
        true},
       {{"features", kFeatures.get()}, "no feature is set", Writer::kRootOnly, 11, false},
   };
+  for (const std::string& process : processes)
+    if (!exists(("/proc/" + process).c_str())) throw Refusal("there is no process " + process);
   Report report(out);
   checkLibrary(report);
   checkDirectories(report);
