@@ -51,13 +51,6 @@ std::string joined(const std::vector<std::string>& words) {
   return text;
 }
 
-std::vector<std::string> commandsOf(const CLI::App& app) {
-  std::vector<std::string> names;
-  for (const CLI::App* each : app.get_subcommands([](const CLI::App*) { return true; }))
-    if (!each->get_group().empty()) names.push_back(each->get_name());
-  return names;
-}
-
 // Those of the command and, as they are valid everywhere, of zrtool itself.
 std::vector<std::string> optionsOf(const CLI::App& app) {
   std::vector<std::string> names;
@@ -100,6 +93,13 @@ std::string wrappedLine(const std::string& line, std::size_t width, std::size_t 
 }
 
 }  // namespace
+
+std::vector<std::string> commandsOf(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* each : app.get_subcommands([](const CLI::App*) { return true; }))
+    if (!each->get_group().empty()) names.push_back(each->get_name());
+  return names;
+}
 
 void requireAction(CLI::App* family) {
   family->require_subcommand(0, 1)->callback([family] {
