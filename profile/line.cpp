@@ -7,7 +7,7 @@ using namespace zrcommon;
 char* Trim(char* text) {
   if (!text) return nullptr;
   while (isBlank(*text)) *text++ = '\0';
-  text[trimmedRight(text).size()] = '\0';
+  if (*text) text[trimmedRight(text).size()] = '\0';
   return text;
 }
 

@@ -3,18 +3,12 @@
 
 using namespace zrcommon;
 
-namespace {
-
-struct AtDifference {
-  static bool stops(WideUnit x, WideUnit y) { return x != y; }
-  static scan::Window marks(scan::Window x, scan::Window y) { return scan::equal<WideUnit>(x, y); }
-};
-
-}  // namespace
-
 int my_wmemcmp(const unsigned short* a, const unsigned short* b, int count) {
   if (!a || !b) return 1;
-  const std::size_t at = scan::firstStop(a, b, asCount(count), AtDifference{});
+  const auto differs = [](scan::Window x, scan::Window y) {
+    return scan::isZero<WideUnit>(scan::equal<WideUnit>(x, y));
+  };
+  const std::size_t at = scan::firstStop(a, b, asCount(count), differs);
   if (at == asCount(count)) return 0;
   return a[at] > b[at] ? 1 : -1;
 }

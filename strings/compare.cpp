@@ -11,8 +11,9 @@ using scan::Window;
 template <typename Unit>
 struct AsIs {
   static unsigned int key(Unit unit) { return unit; }
-  static bool stops(Unit x, Unit y) { return x != y || x == 0; }
-  static Window marks(Window x, Window y) { return _mm_and_si128(x, scan::equal<Unit>(x, y)); }
+  Window operator()(Window x, Window y) const {
+    return scan::isZero<Unit>(_mm_and_si128(x, scan::equal<Unit>(x, y)));
+  }
 };
 
 // Kept: case-blind means that bit 0x20 counts nowhere, in letters or not, and that of a wide unit
@@ -22,11 +23,10 @@ struct Folded {
   static constexpr Unit kMask = 0xDF;
 
   static unsigned int key(Unit unit) { return unit & kMask; }
-  static bool stops(Unit x, Unit y) { return key(x) != key(y) || x == 0 || y == 0; }
-  static Window marks(Window x, Window y) {
+  Window operator()(Window x, Window y) const {
     const Window mask = scan::repeat(kMask);
     const Window same = scan::equal<Unit>(_mm_and_si128(x, mask), _mm_and_si128(y, mask));
-    return _mm_andnot_si128(scan::isZero<Unit>(y), _mm_and_si128(same, x));
+    return scan::isZero<Unit>(_mm_andnot_si128(scan::isZero<Unit>(y), _mm_and_si128(same, x)));
   }
 };
 

@@ -9,23 +9,18 @@ namespace zrcommon {
 
 using WideUnit = unsigned short;
 
-struct AtTerminator {
-  static scan::Window marks(scan::Window units, scan::Window) { return units; }
-  static bool stops(WideUnit unit, WideUnit) { return unit == 0; }
-};
-
 /// Units before the terminator, as the C library counts them.
 inline std::size_t lengthOf(const char* text) {
   return std::strlen(text);
 }
 
 inline std::size_t lengthOf(const WideUnit* text) {
-  return scan::firstStop(text, scan::kNoLimit, AtTerminator{});
+  return scan::firstStop(text, scan::kNoLimit, scan::isZero<WideUnit>);
 }
 
 /// The same, looking at no more than @p limit units.
 inline std::size_t lengthWithin(const WideUnit* text, std::size_t limit) {
-  return scan::firstStop(text, limit, AtTerminator{});
+  return scan::firstStop(text, limit, scan::isZero<WideUnit>);
 }
 
 /// Counts are 32 bits wide and unsigned in effect, whatever a signature says: components pass -1

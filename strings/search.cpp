@@ -8,22 +8,10 @@ namespace {
 
 using scan::Window;
 
-struct AtUnit {
-  WideUnit wanted;
-  bool stops(WideUnit unit, WideUnit) const { return unit == wanted; }
-  Window marks(Window units, Window) const { return _mm_xor_si128(units, scan::repeat(wanted)); }
-};
-
-struct AtUnitOrTerminator {
-  WideUnit wanted;
-  bool stops(WideUnit unit, WideUnit) const { return unit == wanted || unit == 0; }
-  Window marks(Window units, Window) const {
-    return _mm_andnot_si128(scan::equal<WideUnit>(units, scan::repeat(wanted)), units);
-  }
-};
-
 std::size_t find(const WideUnit* text, WideUnit wanted, std::size_t count) {
-  return scan::firstStop(text, count, AtUnit{wanted});
+  const Window same = scan::repeat(wanted);
+  return scan::firstStop(text, count,
+                         [=](Window units) { return scan::equal<WideUnit>(units, same); });
 }
 
 std::size_t find(const char* text, char wanted, std::size_t count) {
@@ -98,7 +86,10 @@ unsigned short* my_wcsstr(const unsigned short* text, const unsigned short* patt
 
 unsigned short* my_wcschr(const unsigned short* text, unsigned short wanted) {
   if (!text) return nullptr;
-  const std::size_t at = scan::firstStop(text, scan::kNoLimit, AtUnitOrTerminator{wanted});
+  const Window same = scan::repeat(wanted);
+  const std::size_t at = scan::firstStop(text, scan::kNoLimit, [=](Window units) {
+    return _mm_or_si128(scan::equal<WideUnit>(units, same), scan::isZero<WideUnit>(units));
+  });
   // Kept: unlike the C library's, the terminator is never found (test Strings.EveryLength)
   return text[at] ? const_cast<unsigned short*>(text + at) : nullptr;
 }

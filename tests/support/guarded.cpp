@@ -3,19 +3,23 @@
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 
-Guarded::Guarded(std::size_t size) : size_(size) {
-  constexpr std::size_t kPage = 4096;
-  mappedBytes_ = (size + kPage - 1) / kPage * kPage + kPage;
+constexpr std::size_t kPage = 4096;
+
+Guarded::Guarded(std::size_t size, std::size_t after) : size_(size) {
+  if (after == kAtStart) after = (kPage - size % kPage) % kPage;
+  readableBytes_ = (size + after + kPage - 1) / kPage * kPage;
   void* const mapping =
-      ::mmap(nullptr, mappedBytes_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  EXPECT_NE(MAP_FAILED, mapping);
-  mapping_ = static_cast<char*>(mapping);
-  char* const end = mapping_ + mappedBytes_ - kPage;
-  EXPECT_EQ(0, ::mprotect(end, kPage, PROT_NONE));
-  data_ = end - size;
-  std::memset(data_, '#', size);
+      ::mmap(nullptr, readableBytes_ + 2 * kPage, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  readable_ = static_cast<char*>(mapping) + kPage;
+  EXPECT_EQ(0, ::mprotect(readable_, readableBytes_, PROT_READ | PROT_WRITE));
+  data_ = readable_ + readableBytes_ - after - size;
+  std::memset(readable_, '#', readableBytes_);
 }
 
 Guarded::~Guarded() {
-  ::munmap(mapping_, mappedBytes_);
+  std::memset(data_, '#', size_);
+  const std::string all(readable_, readableBytes_);
+  EXPECT_EQ(all.npos, all.find_first_not_of('#'))
+      << "a byte beside the " << size_ << " was written";
+  ::munmap(readable_ - kPage, readableBytes_ + 2 * kPage);
 }

@@ -1,15 +1,18 @@
 #ifndef ZRCOMMON_TESTS_SUPPORT_GUARDED_H
 #define ZRCOMMON_TESTS_SUPPORT_GUARDED_H
 
-#include <cstddef>
 #include <cstring>
 #include <string>
+#include <type_traits>
 
-/// Bytes that end exactly where an unreadable page begins: touching one more is a crash. Filled
-/// with '#' at first. Different sizes begin at different alignments.
+/// Bytes between two unreadable pages. They are '#' at first, like the readable bytes around them,
+/// which must stay so. They end @p after bytes before the second unreadable page; with kAtStart
+/// they begin directly after the first one.
 class Guarded {
  public:
-  explicit Guarded(std::size_t size);
+  static constexpr std::size_t kAtStart = 4096;
+
+  explicit Guarded(std::size_t size, std::size_t after = 0);
   ~Guarded();
   Guarded(const Guarded&) = delete;
   Guarded& operator=(const Guarded&) = delete;
@@ -22,26 +25,25 @@ class Guarded {
   std::string bytes() const { return std::string(data_, size_); }
 
  private:
-  char* mapping_;
-  std::size_t mappedBytes_;
-  char* data_;
   std::size_t size_;
+  std::size_t readableBytes_;
+  char* readable_;
+  char* data_;
 };
 
-/// A zero-terminated copy of a string of bytes or 16-bit units, so many units of '#' before an
-/// unreadable page.
+/// A zero-terminated copy of a string of bytes or of 16-bit units.
 template <typename Char>
 class GuardedString : public Guarded {
  public:
   using Unit = std::conditional_t<sizeof(Char) == 1, char, unsigned short>;
 
-  GuardedString(const std::basic_string<Char>& text, std::size_t behind = 0)
-      : Guarded((text.size() + 1 + behind) * sizeof(Char)) {
-    std::memcpy(data(), text.c_str(), (text.size() + 1) * sizeof(Char));
+  explicit GuardedString(const std::basic_string<Char>& text, std::size_t unitsAfter = 0)
+      : Guarded((text.size() + 1) * sizeof(Char), unitsAfter * sizeof(Char)) {
+    std::memcpy(data(), text.c_str(), size());
   }
   Unit* get() { return data<Unit>(); }
 
-  /// What is there now, up to the terminator.
+  /// The text at present, without its terminator.
   std::basic_string<Char> text() { return data<Char>(); }
 };
 

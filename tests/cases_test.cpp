@@ -1,0 +1,210 @@
+#include <sys/mman.h>
+#include <sys/time.h>
+#include <zrcommon/codecs.h>
+#include <zrcommon/strings.h>
+#include <zrcommon/system.h>
+
+#include <fstream>
+#include <functional>
+#include <map>
+#include <sstream>
+
+#include "support/case_row.h"
+#include "support/test.h"
+
+namespace {
+
+constexpr std::size_t kNone = 9;
+constexpr char kKey[] = "8W371KJ05926143DCF57";
+
+// The library's functions by name. Each takes its arguments from a row and checks what it leaves.
+// The number is that of an argument to refuse: null, or a capacity of 0.
+std::map<S, std::function<void(CaseRow&, std::size_t refused)>> g_functions;
+
+template <typename Result, typename... Parameter>
+void add(const S& name, std::function<Result(Parameter...)> function) {
+  constexpr bool kIsBool = std::is_same_v<Result, bool>;
+  const bool isComparison = name.find("cmp") != S::npos;
+  const bool canRefuse = kIsBool || std::is_pointer_v<Result> || isComparison;
+  g_functions[name] = [=](CaseRow& row, std::size_t refused) {
+    const bool isNeeded[] = {std::is_pointer_v<Parameter> ||
+                             (kIsBool && std::is_same_v<Parameter, unsigned int>)...};
+    const bool isRefused = refused < std::size(isNeeded);
+    if (isRefused && !(canRefuse && isNeeded[refused])) return;
+    const std::tuple<Parameter...> arguments{row.argument<Parameter>()...};
+    const long long result = row.number(std::apply(function, arguments));
+    const long long expected = row.expectedResult();
+    EXPECT_EQ(!isRefused ? expected : kIsBool ? 0 : isComparison ? 1 : -1, result);
+    row.checkTexts(isRefused);
+  };
+}
+
+template <typename Result, typename... Parameter>
+void add(const S& name, Result (*function)(Parameter...)) {
+  add(name, std::function(function));
+}
+
+template <typename Class, typename Result, typename... Parameter>
+void add(const S& name, Result (Class::*method)(Parameter...)) {
+  add(name, std::function<Result(Parameter...)>([method](Parameter... each) {
+        if constexpr (std::is_constructible_v<Class, const char*>)
+          return (Class(kKey).*method)(each...);
+        else
+          return (Class().*method)(each...);
+      }));
+}
+
+template <typename... Each>
+void addAll(const S& names, Each... functions) {
+  std::istringstream stream(names);
+  S name;
+  ((std::getline(stream >> std::ws, name, ','), add(name.substr(name[0] == '&'), functions)), ...);
+}
+
+// Each function under its own name.
+#define ADD_ALL(...) addAll(#__VA_ARGS__, __VA_ARGS__)
+
+unsigned short* copyWithin(unsigned short* text, int to, int from, int count) {
+  return my_wmemcpy(text + to, text + from, count);
+}
+
+unsigned short* moveWithin(unsigned short* text, int to, int from, unsigned int count) {
+  return my_wmemmove(text + to, text + from, count);
+}
+
+int removeChar(char* text, char unwanted) {
+  S string = text;
+  const int result = RemoveCharFromString(&string, unwanted);
+  std::strcpy(text, string.c_str());
+  return result;
+}
+
+int searchInFile(const char* content, const unsigned char* pattern, int length, int start) {
+  const int file = ::memfd_create("searched", MFD_CLOEXEC);
+  EXPECT_LE(0, ::write(file, content, std::strlen(content)));
+  const long long found = SearchInFile(file, pattern, length, start);
+  ::close(file);
+  return static_cast<int>(found);
+}
+
+bool encryptWith(S key, char* text) {
+  return CCrypt(key.c_str()).Encrypt(text);
+}
+
+bool toPlain(const char* text, char* to, unsigned int capacity) {
+  return CPHPOperations(kKey).ConvertToPlainString(text, to, capacity);
+}
+
+bool toPlainInPlace(char* text, unsigned int capacity) {
+  return CPHPOperations(kKey).ConvertToPlainString(text, capacity);
+}
+
+void addFunctions() {
+  ADD_ALL(my_strlen, My_StrLwr, My_StrUpr, my_strupr, strUpr, my_stricmp, my_strnicmp, my_strstr,
+          my_strrev, TrimRight, TrimLeft, removeChar, SearchFor, searchInFile, EncryptBlock,
+          DecryptBlock, ByteRotateLeft, ByteRotateRight, BRol, BRor);
+  ADD_ALL(my_wcslen, my_wcscpy, my_wcscat, my_wcsncpy, my_wcsncat, my_wcscmp, my_wcsncmp,
+          my_wcsicmp, my_wcsnicmp, my_wcscscmp, my_wcschr, my_wcsrchr, my_wcsstr, my_wcsrev,
+          my_wcslwr, my_wcsupr, my_wcsset, my_wcsnset, my_wmemchr, my_wmemcmp, my_wmemcpy,
+          my_wmemmove, my_wmemset, CopySZToWSZ, CatSZToWSZ, CopyWSZToSZ, CatWSZToSZ, copyWithin,
+          moveWithin, ConvertToWideChar, ConvertToMultiByte);
+  ADD_ALL(&CBase64Url::Encode, &CBase64Url::Decode, &CBase64Url::IsBase64,
+          &CBase64Url::GetBase64Symbol, &CBase64Url::GetASCIISymbol, &CUTF8::Encode, &CUTF8::Decode,
+          encryptWith, &CCrypt::Decrypt, toPlain, toPlainInPlace);
+  using Secure = CPHPOperations;
+  ADD_ALL(&Secure::ConvertToSecureString, &Secure::ConvertToSecureKeyValuePair,
+          &Secure::TransformPhpCommand, &Secure::ConvertToSecurePhpCommand,
+          &Secure::ConvertToPlainPhpCommand);
+}
+
+S g_row;
+
+void runRow(const S& text, std::size_t after, std::size_t refused) {
+  CaseRow row(text, after, refused);
+  SCOPED_TRACE(testing::Message() << "refused argument " << refused << ", " << after
+                                  << " units before the unreadable page");
+  g_functions.at(row.function())(row, refused);
+}
+
+void runFile(const S& name) {
+  if (g_functions.empty()) addFunctions();
+  const S path = ZR_SOURCE_DIR "/tests/cases/" + name;
+  std::ifstream file(path);
+  ASSERT_TRUE(file) << path;
+  std::signal(SIGSEGV, [](int) { std::cerr << "crash in " << g_row << std::endl, ::_exit(1); });
+  S text;
+  for (int line = 1; std::getline(file, text); ++line) {
+    if (text.empty() || text[0] == '#') continue;
+    g_row = path + ":" + std::to_string(line) + ": " + text;
+    const testing::ScopedTrace trace(path.c_str(), line, text);
+    for (const std::size_t after : {0, 1, 2, 7, 8, 15, 16, 31, 40, 63, 2100, 4096})
+      runRow(text, after, kNone);
+    for (std::size_t refused = 0; refused < 4; ++refused) runRow(text, 0, refused);
+  }
+}
+
+}  // namespace
+
+TEST(Compare, Rows) {
+  runFile("compare.txt");
+}
+
+TEST(Copy, Rows) {
+  runFile("copy.txt");
+}
+
+TEST(Search, Rows) {
+  runFile("search.txt");
+}
+
+TEST(Change, Rows) {
+  runFile("change.txt");
+}
+
+TEST(Codecs, Rows) {
+  runFile("codecs.txt");
+}
+
+TEST(Secure, Rows) {
+  runFile("secure.txt");
+}
+
+TEST(Change, UnchangedTextMayBeConstant) {
+  static const char kNarrow[] =
+      "A TEXT WITHOUT SMALL LETTERS THAT IS LONGER THAN 64 BYTES IN CONSTANT MEMORY";
+  static const char16_t kWide[] = u"ANOTHER ONE, OF SIXTEEN-BIT UNITS";
+  My_StrUpr(const_cast<char*>(kNarrow));
+  my_wcsupr(reinterpret_cast<unsigned short*>(const_cast<char16_t*>(kWide)));
+}
+
+TEST(Change, RemovingNeverPassesAZero) {
+  const itimerval soon = {{}, {0, 20000}};
+  S text = "a\0b,"s;
+  EXPECT_EXIT(
+      {
+        ::setitimer(ITIMER_VIRTUAL, &soon, nullptr);
+        RemoveCharFromString(&text, ',');
+      },
+      testing::KilledBySignal(SIGVTALRM), "");
+}
+
+TEST(Codecs, NullKeyThrows) {
+  EXPECT_THROW(CCrypt(nullptr), int);
+  EXPECT_THROW(CPHPOperations(nullptr), int);
+}
+
+TEST(Codecs, EverySymbol) {
+  const S symbols = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_!$";
+  for (unsigned char value = 0; value < 64; ++value) {
+    EXPECT_EQ(symbols[value], CBase64Url().GetBase64Symbol(value));
+    EXPECT_EQ(value, CBase64Url().GetASCIISymbol(symbols[value]));
+  }
+  for (int byte = 1; byte < 256; ++byte)
+    for (std::size_t place = 0; place < 7; ++place) {
+      S text = "QUJDREV";
+      text[place] = static_cast<char>(byte);
+      const bool isGood = symbols.find(text[place]) != S::npos;
+      EXPECT_EQ(isGood, CBase64Url().IsBase64(text.c_str())) << byte;
+      EXPECT_EQ(isGood, CBase64Url().Decode(text.data(), 8)) << byte;
+    }
+}
