@@ -3,6 +3,7 @@
 #include <zrcommon/strings.h>
 #include <zrcommon/system.h>
 
+#include <csignal>
 #include <cstring>
 #include <fstream>
 #include <functional>
