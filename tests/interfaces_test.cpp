@@ -12,27 +12,20 @@ S bytesOf(const Record& record) {
   return {reinterpret_cast<const char*>(&record), sizeof record};
 }
 
-// A message that says to have @p length bytes.
-S message(unsigned short type, const S& body, std::size_t length) {
+// A message or an attribute may say to have another length than it has.
+S message(unsigned short type, const S& body, long length = -1) {
   nlmsghdr header = {};
-  header.nlmsg_len = static_cast<std::uint32_t>(length);
+  header.nlmsg_len =
+      static_cast<std::uint32_t>(length < 0 ? 16 + static_cast<long>(body.size()) : length);
   header.nlmsg_type = type;
   return bytesOf(header) + body;
 }
 
-S message(unsigned short type, const S& body) {
-  return message(type, body, sizeof(nlmsghdr) + body.size());
-}
-
-// An attribute that says to have @p length bytes, filled up to a multiple of four.
-S attribute(unsigned short type, const S& payload, std::size_t length) {
-  S bytes = bytesOf(rtattr{static_cast<unsigned short>(length), type}) + payload;
+S attribute(unsigned short type, const S& payload, long length = -1) {
+  const long said = length < 0 ? 4 + static_cast<long>(payload.size()) : length;
+  S bytes = bytesOf(rtattr{static_cast<unsigned short>(said), type}) + payload;
   bytes.resize((bytes.size() + 3) / 4 * 4, '!');
   return bytes;
-}
-
-S attribute(unsigned short type, const S& payload) {
-  return attribute(type, payload, sizeof(rtattr) + payload.size());
 }
 
 S flags(unsigned int bits) {

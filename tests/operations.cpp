@@ -36,10 +36,6 @@ void inetLibrary() {
   std::filesystem::copy_file(ZR_BUILD_DIR "/tests/libquiet_inet.so", kInstallation + "libinet.so");
   putFile(kInstallation + "zrinet.opt", std::string(788, 'o'), 0600);
 }
-void inetLibraryAndDirectory() {
-  inetLibrary();
-  putFile(kInstallation + "infoeml.dat", directoryRecord(12, "Connection Check", "a/"));
-}
 void features() {
   putFile(kInstallation + "zrfeature.dat", "0123456789a");
 }
@@ -127,15 +123,6 @@ const std::vector<Operation>& operations() {
            {"access 1 fails", "1 code 0 body"},
            {"open-r 1 fails", "1 code 0 body"},
            {"chmod 1 fails", "1 code 0 body"}}),
-      row("CheckInternetConnection", inetLibraryAndDirectory, "1 code 0 zrinet.opt 788 bytes 0666",
-          [](Result& r) { r.value = CheckInternetConnection(&r.error); },
-          {{"no memory", "0 code 140 zrcommon.log 1 lines 0666 zrinet.opt 788 bytes 0666"},
-           {"open-r 1 fails", "0 code 0"},
-           {"read 1 fails", "0 code 0"},
-           {"read 1 is short", "0 code 0"},
-           {"access 1 fails", "1 code 0"},
-           {"open-r 2 fails", "1 code 0"},
-           {"chmod 1 fails", "1 code 0"}}),
       row("GetEthernetInterfacesDetails", nothing, "1 code 0 lo",
           [](Result& r) {
             std::vector<tagZR_ETHERNET_INTERFACES_INFO> links;

@@ -119,13 +119,6 @@ TEST(ProfileReading, BrokenOffReads) {
   // The line that a failed read leaves unfinished does not count.
   putFile(kPath, "[s]\nk=1234\n");
   watch([] { EXPECT_EQ("202 none", read("s", "k")); }, {Fault::kIsShort, 1, 0, "read", 8});
-  int ends[2] = {};
-  ASSERT_EQ(0, ::pipe2(ends, O_CLOEXEC | O_DIRECT));  // a read gives no more than one write took
-  for (const S packet : {"[", "s]", "\n", "k", "=", "1\n", "l=2"})
-    ASSERT_EQ(static_cast<ssize_t>(packet.size()), ::write(ends[1], packet.data(), packet.size()));
-  ::close(ends[1]);
-  EXPECT_EQ("0 2", read("s", "l", "/proc/self/fd/" + std::to_string(ends[0])));
-  ::close(ends[0]);
 }
 
 // Wherever blocks of the file may end, header and entry are found, and the rest is kept.
