@@ -27,6 +27,7 @@ class Web : public testing::Test {
   void SetUp() override {
     server_ = ::popen(
         "echo $$; exec python3 -um http.server -b 127.0.0.1 -d /scratch 8080 2>/dev/null", "re");
+    ::setenv("INET_STALL_SECONDS", "5", 1);
     char started[100];
     ASSERT_EQ(1, std::fscanf(server_, "%d\n", &process_));
     ASSERT_NE(nullptr, std::fgets(started, sizeof started, server_)) << "python3 serves nothing";
