@@ -13,8 +13,8 @@ class Argument {
  public:
   explicit Argument(const char* text) : text_(text, ::strnlen(text, 256)) {}
 
-  // Kept: GetPrivateProfileString(), like the other two, tests a name for being empty and then trims
-  // it, so a name of blanks means the empty name (test ProfileReading.Entries)
+  // Kept: GetPrivateProfileString(), like the other two, tests a name for being empty and then
+  // trims it, so a name of blanks means the empty name (test ProfileReading.Entries)
   bool isEmpty() const { return text_.empty(); }
 
   std::string_view text() const { return trimmed(text_); }

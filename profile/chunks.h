@@ -14,8 +14,9 @@ namespace zrcommon {
 
 /// Goes through whole chunks, one after the other.
 ///
-/// Line feeds are found 64 bytes at a time, as the bits of a word: a line of one byte costs 2 ns,
-/// and 15 ns with a search for each. The bytes lie in memory of which whole windows can be read.
+/// Line feeds are found 64 bytes (a window) at a time, as the bits of a word: a line of one byte
+/// takes 2 ns so, and 15 ns with a search for each line feed. The whole aligned windows around the
+/// bytes must be readable.
 class Chunks {
  public:
   static constexpr std::size_t kWindowBytes = 64;

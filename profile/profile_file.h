@@ -1,7 +1,11 @@
 #ifndef ZRCOMMON_PROFILE_PROFILE_FILE_H
 #define ZRCOMMON_PROFILE_PROFILE_FILE_H
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <optional>
 #include <string_view>
