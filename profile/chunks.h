@@ -104,7 +104,7 @@ class Chunks {
       const std::uint64_t blanks = ~(ends | visible);
       const std::uint64_t starts = ends << 1 | (window[-1] == '\n' ? 1U : 0U);
       const std::uint64_t afterBlank = blanks << 1 | (window[-1] <= ' ' ? 1U : 0U);
-      const char* const lineEnd = window + (ends ? __builtin_ctzll(ends) : kWindowBytes);
+      const char* const lineEnd = ends ? window + __builtin_ctzll(ends) : window + kWindowBytes;
       const bool isLong = lineEnd - next_ >= std::ptrdiff_t{kChunkLength};
       if (isLong || (starts & blanks) || (ends & afterBlank & ~starts)) return;
       window_ = window;
