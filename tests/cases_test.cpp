@@ -2,6 +2,7 @@
 #include <zrcommon/codecs.h>
 #include <zrcommon/strings.h>
 #include <zrcommon/system.h>
+#include <csignal>
 
 #include <cstring>
 #include <fstream>
