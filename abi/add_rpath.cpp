@@ -1,5 +1,5 @@
-// Gives a shared object a DT_RPATH equal to its DT_RUNPATH, in one of the spare DT_NULL entries
-// that GNU ld leaves at the end of the dynamic section.
+// Adds a DT_RPATH entry equal to DT_RUNPATH to a shared object. It takes the place of one of the
+// spare DT_NULL entries that GNU ld leaves at the end of the dynamic section.
 #include <elf.h>
 
 #include <cstdio>

@@ -1,8 +1,9 @@
 #include <cstddef>
 #include <cstdint>
 
-// Tells packaging tools what the object opens at run time, which its dynamic section does not show:
-// a note whose description is JSON, in the form that Linux distributions agreed on.
+// A note for packaging tools that names the modules which the object opens at run time, since its
+// dynamic section does not list them. The description is JSON, in the format that Linux
+// distributions share.
 
 namespace {
 

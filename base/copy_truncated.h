@@ -6,8 +6,8 @@
 
 namespace zrcommon {
 
-/// Copies text into an array, cut to fit and always terminated. Null counts as the empty text, and
-/// the text may lie in the array itself.
+/// Copies a text into an array, truncated to fit and always terminated. Null counts as the empty
+/// text. The text may lie in the array itself.
 template <std::size_t Size>
 void copyTruncated(char (&to)[Size], const char* from) {
   const std::size_t length = from ? ::strnlen(from, Size - 1) : 0;

@@ -5,8 +5,8 @@
 
 namespace zrcommon {
 
-/// Gives errno back as it was, for clean-up: callers read errno through GetLastError(), and what
-/// they want to know is why the call failed, not how its clean-up went.
+/// Restores errno when it goes out of scope. Used around clean-up, so that errno, which callers
+/// read through GetLastError(), still tells why the call itself failed.
 class ErrnoKeeper {
  public:
   ErrnoKeeper() noexcept : saved_(errno) {}

@@ -2,7 +2,10 @@
 #define ZRCOMMON_BASE_FILE_H
 
 #include <fcntl.h>
+#include <sys/types.h>
 #include <unistd.h>
+
+#include <cstddef>
 
 #include "base/errno_keeper.h"
 
@@ -27,18 +30,19 @@ class Fd {
   int fd_;
 };
 
-/// open(), close-on-exec: a host may start programs while another thread is in here.
+/// open() with close-on-exec: a host may start a program while one of its threads is in this
+/// library.
 inline int openFile(const char* path, int flags, mode_t mode = 0) {
   return ::open(path, flags | O_CLOEXEC, mode);
 }
 
-/// One write() call. A short count is a result of the callers' contracts, so nothing is retried;
-/// callers that must ignore the count may.
+/// One write() call, never repeated: a short count is one of the defined results. Unlike that of
+/// write(), the result may be ignored.
 inline ssize_t writeOnce(int fd, const void* bytes, std::size_t count) {
   return ::write(fd, bytes, count);
 }
 
-/// True if something is there under this name, readable or not.
+/// True if the path names something that exists, readable or not.
 inline bool exists(const char* path) {
   return ::access(path, F_OK) == 0;
 }

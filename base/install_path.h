@@ -7,7 +7,9 @@ namespace zrcommon {
 
 inline constexpr char kInstallDirectory[] = "/usr/lib/Valdrix/Valdrix/";
 
-/// The path of a file in the installation directory, joined at compile time.
+/// The path of a file in the installation directory, joined at compile time. Write the template
+/// argument out where a constant is defined: GCC 12 puts a constant whose argument is deduced into
+/// writable memory.
 template <std::size_t NameSize>
 class InstallPath {
  public:

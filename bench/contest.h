@@ -1,23 +1,41 @@
 #ifndef ZRCOMMON_BENCH_CONTEST_H
 #define ZRCOMMON_BENCH_CONTEST_H
 
-#include <benchmark/benchmark.h>
-
+#include <functional>
 #include <string>
 
-/// Enters one contestant in a row of the table. A row is an operation and its size ("log write,
-/// 80 B"); the contestants of a row do the same work, in one run, interleaved. "ours" is the
-/// library; a name that begins with "bare" is a limit: the same work with everything left out that
-/// can be; any other is a peer.
+/// Calls of the contestant, so many of them.
+using Calls = std::function<void(long count)>;
+
+/// Begins a family: the rows that are entered from now on stand in its table.
+void enterFamily(const std::string& name);
+
+/// Enters one contestant in a row. A row is an operation and its size; the contestants of a row do
+/// the same work and are measured in turn. "ours" is the library; a name that begins with "bare" is
+/// a limit: the same work without everything that can be left out; any other is a peer.
+void enterCalls(const std::string& operation, const std::string& size,
+                const std::string& contestant, Calls calls);
+
 template <typename Body>
-void enter(const std::string& row, const std::string& contestant, Body body) {
-  benchmark::RegisterBenchmark((row + "/" + contestant).c_str(),
-                               [body](benchmark::State& state) mutable {
-                                 for (auto _ : state) body();
-                               });
+void enter(const std::string& operation, const std::string& size, const std::string& contestant,
+           Body body) {
+  enterCalls(operation, size, contestant, [body](long count) mutable {
+    for (; count > 0; --count) body();
+  });
 }
 
-// One function a family enters its rows.
+/// Tells the compiler that somebody looks at the value.
+template <typename Value>
+void keep(const Value& value) {
+  asm volatile("" : : "r,m"(value) : "memory");
+}
+
+/// Tells the compiler that somebody looks at all memory and may change it.
+inline void keepMemory() {
+  asm volatile("" : : : "memory");
+}
+
+// Each family enters its rows.
 void enterCodecRows();
 void enterLoggingRows();
 void enterNetworkRows();

@@ -1,7 +1,14 @@
+#include <cstdio>
+
 #include "bench/contest.h"
-#include "support/sandbox.h"
+#include "bench/run.h"
+#include "bench/sandbox.h"
 
 int main(int argc, char** argv) {
+  if (argc > 2) {
+    std::fprintf(stderr, "usage: %s [FILTER]\n", argv[0]);
+    return 2;
+  }
   enterSandbox();
   enterProfileRows();
   enterLoggingRows();
@@ -9,8 +16,7 @@ int main(int argc, char** argv) {
   enterCodecRows();
   enterStringRows();
   enterNetworkRows();
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
+  if (runContest(argc > 1 ? argv[1] : "")) return 0;
+  std::fprintf(stderr, "no row holds \"%s\"\n", argv[1]);
+  return 1;
 }

@@ -58,13 +58,13 @@ void listOurs() {
   std::vector<tagZR_ETHERNET_INTERFACES_INFO> interfaces;
   unsigned int error = 0;
   must(GetEthernetInterfacesDetails(interfaces, &error) == 1, "GetEthernetInterfacesDetails");
-  benchmark::DoNotOptimize(interfaces.data());
+  keep(interfaces.data());
 }
 
 void listByGetifaddrs() {
   ifaddrs* all = nullptr;
   must(::getifaddrs(&all) == 0, "getifaddrs");
-  benchmark::DoNotOptimize(all);
+  keep(all);
   ::freeifaddrs(all);
 }
 
@@ -74,13 +74,13 @@ void listByLinkCache() {
   nl_cache* cache = nullptr;
   must(nl_connect(socket, NETLINK_ROUTE) == 0, "nl_connect");
   must(rtnl_link_alloc_cache(socket, AF_UNSPEC, &cache) == 0, "rtnl_link_alloc_cache");
-  benchmark::DoNotOptimize(cache);
+  keep(cache);
   nl_cache_free(cache);
   nl_socket_free(socket);
 }
 #endif
 
-// Looks for the end of the dump and at nothing else.
+// Looks only for the end of the dump.
 bool holdsDone(const char* bytes, ssize_t count) {
   nlmsghdr header = {};
   for (; count >= ssize_t{sizeof header};
@@ -111,9 +111,9 @@ void dumpBare() {
   ::close(fd);
 }
 
-void enterListing(const std::string& row, const Network* network) {
+void enterListing(const std::string& links, const Network* network) {
   const auto contestant = [&](const char* name, void (*list)()) {
-    enter(row, name, [network, list] {
+    enter("GetEthernetInterfacesDetails", links, name, [network, list] {
       network->enter();
       list();
     });
@@ -149,7 +149,7 @@ void writeDirectory() {
 void lookUpLast() {
   char value[256] = {};
   must(GetValueFromInfoEml(kRecords, "Connection Check", value, sizeof value) == 1, kDirectory);
-  benchmark::DoNotOptimize(value);
+  keep(value);
 }
 
 void readAll() {
@@ -157,7 +157,7 @@ void readAll() {
   const int fd = ::open(kDirectory, O_RDONLY | O_CLOEXEC);
   for (std::uint32_t i = 0; i < kRecords; ++i)
     must(::read(fd, &record, sizeof record) == ssize_t{sizeof record}, kDirectory);
-  benchmark::DoNotOptimize(record);
+  keep(record);
   ::close(fd);
 }
 
@@ -166,9 +166,10 @@ void readAll() {
 void enterNetworkRows() {
   static const Network few(3);
   static const Network many(500);
-  enterListing("list links, 3", &few);
-  enterListing("list links, 500", &many);
+  enterFamily("Network");
+  enterListing("3 links", &few);
+  enterListing("500 links", &many);
   writeDirectory();
-  enter("GetValueFromInfoEml, last of 1000", "ours", lookUpLast);
-  enter("GetValueFromInfoEml, last of 1000", "bare reads", readAll);
+  enter("GetValueFromInfoEml", "last of 1,000", "ours", lookUpLast);
+  enter("GetValueFromInfoEml", "last of 1,000", "bare reads", readAll);
 }

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t kBlockBytes = 65536;
 
-// Sections of 20 entries of 20 to 40 bytes, a comment in front of each section.
+// Sections of 20 entries of 20 to 40 bytes, each section after a comment.
 ProfileSample makeSample(const std::string& name, std::size_t size) {
   ProfileSample sample;
   sample.path = "/tmp/zrcommon-bench-" + name + ".ini";
@@ -42,10 +42,10 @@ void readOurs(const ProfileSample& sample, const std::string& section, const std
   unsigned int error = 0;
   must(GetPrivateProfileString(section.c_str(), key.c_str(), "", value, sizeof value,
                                sample.path.c_str(), &error) == 0);
-  benchmark::DoNotOptimize(value);
+  keep(value);
 }
 
-// The file by blocks, to its end; @p visit sees each.
+// Reads the file by blocks to its end; @p visit gets each.
 template <typename Visit>
 void readBare(const ProfileSample& sample, Visit visit) {
   static char block[kBlockBytes];
@@ -62,22 +62,20 @@ void countLines(const char* block, std::size_t size) {
     block = static_cast<const char*>(lineFeed) + 1;
     ++lines;
   }
-  benchmark::DoNotOptimize(lines);
+  keep(lines);
 }
 
 void readLastBare(const ProfileSample& sample) {
-  readBare(sample, [](const char* block, std::size_t) { benchmark::DoNotOptimize(block); });
+  readBare(sample, [](const char* block, std::size_t) { keep(block); });
 }
 
 void enterReading(const std::string& size, const ProfileSample& sample) {
-  const std::string last = "profile read last key, " + size;
-  enter(last, "ours", [&] { readOurs(sample, sample.lastSection, sample.lastKey); });
-  enterReadingPeers(last, sample, sample.lastSection, sample.lastKey);
-  enter(last, "bare reads", [&] { readLastBare(sample); });
-  enter(last, "bare reads and line ends", [&] { readBare(sample, countLines); });
-  const std::string first = "profile read first key, " + size;
-  enter(first, "ours", [&] { readOurs(sample, "section10000", "setting10"); });
-  enterReadingPeers(first, sample, "section10000", "setting10");
+  const char* const last = "read the last key";
+  enter(last, size, "ours", [&] { readOurs(sample, sample.lastSection, sample.lastKey); });
+  enterReadingPeers(last, size, sample);
+  enter(last, size, "bare reads", [&] { readLastBare(sample); });
+  enter(last, size, "bare reads and line ends", [&] { readBare(sample, countLines); });
+  enter("read the first key", size, "ours", [&] { readOurs(sample, "section10000", "setting10"); });
 }
 
 void changeOurs(const ProfileSample& sample) {
@@ -98,10 +96,10 @@ void copyBare(const ProfileSample& sample) {
 }
 
 void enterChanging(const std::string& size, const ProfileSample& sample) {
-  const std::string row = "profile change in the middle, " + size;
-  enter(row, "ours", [&] { changeOurs(sample); });
-  enterChangingPeers(row, sample);
-  enter(row, "bare copy and rename", [&] { copyBare(sample); });
+  const char* const change = "change in the middle";
+  enter(change, size, "ours", [&] { changeOurs(sample); });
+  enterChangingPeers(change, size, sample);
+  enter(change, size, "bare copy and rename", [&] { copyBare(sample); });
 }
 
 }  // namespace
@@ -116,6 +114,7 @@ void replaceFile(const std::string& path, const char* text, std::size_t length) 
 }
 
 void enterProfileRows() {
+  enterFamily("Profiles");
   const std::pair<const char*, std::size_t> sizes[] = {
       {"1 KiB", 1U << 10U}, {"64 KiB", 64U << 10U}, {"1 MiB", 1U << 20U}};
   for (const auto& [name, size] : sizes) {

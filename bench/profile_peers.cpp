@@ -15,9 +15,6 @@
 #define SI_NO_CONVERSION
 #include <SimpleIni.h>
 #endif
-#ifdef ZR_BENCH_INIPARSER
-#include <iniparser.h>
-#endif
 
 namespace {
 
@@ -86,14 +83,6 @@ void changeSimpleIni(const std::string& path, const char* section) {
 }
 #endif
 
-#ifdef ZR_BENCH_INIPARSER
-void readIniparser(const char* path, const char* section, const char* key) {
-  dictionary* const entries = iniparser_load(path);
-  must(iniparser_getstring(entries, (std::string(section) + ":" + key).c_str(), nullptr));
-  iniparser_freedict(entries);
-}
-#endif
-
 using Read = void (*)(const char* path, const char* section, const char* key);
 
 const std::pair<const char*, Read> kReaders[] = {
@@ -105,9 +94,6 @@ const std::pair<const char*, Read> kReaders[] = {
 #endif
 #ifdef ZR_BENCH_SIMPLEINI
     {"SimpleIni", readSimpleIni},
-#endif
-#ifdef ZR_BENCH_INIPARSER
-    {"iniparser", readIniparser},
 #endif
     {nullptr, nullptr}};
 
@@ -124,20 +110,21 @@ const std::pair<const char*, Change> kChangers[] = {
 
 }  // namespace
 
-void enterReadingPeers(const std::string& row, const ProfileSample& sample,
-                       const std::string& section, const std::string& key) {
+void enterReadingPeers(const std::string& operation, const std::string& size,
+                       const ProfileSample& sample) {
   for (const auto& [name, read] : kReaders) {
     if (!name) continue;
-    enter(row, name, [&sample, section, key, read = read] {
-      read(sample.path.c_str(), section.c_str(), key.c_str());
+    enter(operation, size, name, [&sample, read = read] {
+      read(sample.path.c_str(), sample.lastSection.c_str(), sample.lastKey.c_str());
     });
   }
 }
 
-void enterChangingPeers(const std::string& row, const ProfileSample& sample) {
+void enterChangingPeers(const std::string& operation, const std::string& size,
+                        const ProfileSample& sample) {
   for (const auto& [name, change] : kChangers) {
     if (!name) continue;
-    enter(row, name,
+    enter(operation, size, name,
           [&sample, change = change] { change(sample.path, sample.middleSection.c_str()); });
   }
 }

@@ -11,13 +11,14 @@ struct ProfileSample {
   std::string lastKey;
 };
 
-/// Enters those peers that are installed: they read the entry from the file.
-void enterReadingPeers(const std::string& row, const ProfileSample& sample,
-                       const std::string& section, const std::string& key);
+/// Enters the installed peers: each reads the last entry from the file.
+void enterReadingPeers(const std::string& operation, const std::string& size,
+                       const ProfileSample& sample);
 
-/// The same for peers that can write: they load the file, set "setting19" of the section in the
-/// middle and put the result in the file's place.
-void enterChangingPeers(const std::string& row, const ProfileSample& sample);
+/// The same for peers that can write: each loads the file, sets "setting19" of the section in the
+/// middle and replaces the file by the result.
+void enterChangingPeers(const std::string& operation, const std::string& size,
+                        const ProfileSample& sample);
 
 /// Writes a temporary copy, not forced to the disk, and renames it.
 void replaceFile(const std::string& path, const char* text, std::size_t length);

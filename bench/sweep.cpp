@@ -1,6 +1,7 @@
-// How the cost of an operation grows with its input, and what the input can do to it: one table,
-// sizes doubling, nanoseconds of processor
-// time a byte. A row that stays level has a cost in proportion to the size.
+// Measures how the cost of an operation grows with its input, and what the input can do to it.
+// Prints a line for each measurement: operation, input, size and nanoseconds of processor time per
+// byte, separated by tabs. Progress goes to standard error. Where the time per byte stays level,
+// the cost is proportional to the size.
 #include <zrcommon/codecs.h>
 #include <zrcommon/profile.h>
 #include <zrcommon/strings.h>
@@ -14,8 +15,8 @@
 #include <functional>
 #include <vector>
 
+#include "bench/sandbox.h"
 #include "bench/sweep_inputs.h"
-#include "support/sandbox.h"
 
 namespace {
 
@@ -34,7 +35,7 @@ struct Row {
   Body (*prepare)(const std::string& text);
 };
 
-volatile bool g_sink;  // what keeps the compiler from leaving out work that nobody looks at
+volatile bool g_sink;  // keeps the compiler from removing work whose result is not used
 
 Body readString(const std::string& text) {
   std::ofstream("/scratch/sweep", std::ios::binary) << text;
@@ -62,7 +63,7 @@ Body changeLast(const std::string& text) {
   };
 }
 
-// Pattern and text stand one behind the other, with a line feed between.
+// The text follows the pattern, with a line feed between them.
 Body searchFor(const std::string& both) {
   return [both, length = both.find('\n')] {
     const auto* const pattern = reinterpret_cast<const unsigned char*>(both.data());
@@ -86,7 +87,7 @@ Body searchWide(const std::string& both) {
   return [wide, length] { g_sink = my_wcsstr(wide.data() + length + 1, wide.data()) != nullptr; };
 }
 
-// These change their text, so each repetition works on a copy, which is counted in.
+// The next two change their text, so each repetition makes a copy, whose time counts too.
 Body trimLeft(const std::string& text) {
   return [text, copy = text]() mutable {
     std::memcpy(copy.data(), text.c_str(), text.size() + 1);
@@ -110,43 +111,43 @@ Body secureCommand(const std::string& text) {
 
 const Row kRows[] = {
     {"read a string", "many sections", ordinaryProfile, readString},
-    {"", "one large section", oneSection, readString},
-    {"", "headers alone", headersAlone, readString},
-    {"", "headers without an end", openHeaders, readString},
-    {"", "blank lines in the section", blankLines, readString},
-    {"", "long lines of blanks", blankPieces, readString},
+    {"read a string", "one large section", oneSection, readString},
+    {"read a string", "headers alone", headersAlone, readString},
+    {"read a string", "headers without an end", openHeaders, readString},
+    {"read a string", "blank lines in the section", blankLines, readString},
+    {"read a string", "long lines of blanks", blankPieces, readString},
     {"read a number", "many sections", ordinaryProfile, readNumber},
-    {"", "blank lines in the section", blankLines, readNumber},
+    {"read a number", "blank lines in the section", blankLines, readNumber},
     {"change a value", "many sections", ordinaryProfile, changeLast},
-    {"", "one large section", oneSection, changeLast},
-    {"", "headers alone", headersAlone, changeLast},
-    {"", "blank lines in the section", blankLines, changeLast},
-    {"", "a zero byte in every line", zeroBytes, changeLast},
-    {"`SearchFor`", "text", wordsAndText, searchFor},
-    {"", "nearly repeats itself, at every length", nearRepeats, searchFor},
-    {"", "seven alike, then another", sevenAlike, searchFor},
-    {"`my_strstr`", "text", wordsAndText, searchNarrow},
-    {"", "nearly repeats itself, at every length", nearRepeats, searchNarrow},
-    {"", "wrong next to the middle", wrongNearMiddle, searchNarrow},
-    {"", "blocks that look the same in a sum", equalSums, searchNarrow},
-    {"`my_wcsstr`", "text", wordsAndText, searchWide},
-    {"", "nearly repeats itself, at every length", nearRepeats, searchWide},
-    {"", "wrong next to the middle", wrongNearMiddle, searchWide},
-    {"", "blocks that look the same in a sum", equalSums, searchWide},
-    {"`TrimLeft`", "text behind 16 blanks", fewBlanks, trimLeft},
-    {"", "blanks, half of it", halfBlanks, trimLeft},
-    {"`RemoveCharFromString`", "a comma in 16", fewCommas, removeComma},
-    {"", "every other one a comma", everyOtherComma, removeComma},
+    {"change a value", "one large section", oneSection, changeLast},
+    {"change a value", "headers alone", headersAlone, changeLast},
+    {"change a value", "blank lines in the section", blankLines, changeLast},
+    {"change a value", "a zero byte in every line", zeroBytes, changeLast},
+    {"SearchFor", "text", wordsAndText, searchFor},
+    {"SearchFor", "nearly repeats itself, at every length", nearRepeats, searchFor},
+    {"SearchFor", "seven alike, then another", sevenAlike, searchFor},
+    {"my_strstr", "text", wordsAndText, searchNarrow},
+    {"my_strstr", "nearly repeats itself, at every length", nearRepeats, searchNarrow},
+    {"my_strstr", "wrong next to the middle", wrongNearMiddle, searchNarrow},
+    {"my_strstr", "blocks that look the same in a sum", equalSums, searchNarrow},
+    {"my_wcsstr", "text", wordsAndText, searchWide},
+    {"my_wcsstr", "nearly repeats itself, at every length", nearRepeats, searchWide},
+    {"my_wcsstr", "wrong next to the middle", wrongNearMiddle, searchWide},
+    {"my_wcsstr", "blocks that look the same in a sum", equalSums, searchWide},
+    {"TrimLeft", "text after 16 blanks", fewBlanks, trimLeft},
+    {"TrimLeft", "half blanks", halfBlanks, trimLeft},
+    {"RemoveCharFromString", "one byte in 16 is a comma", fewCommas, removeComma},
+    {"RemoveCharFromString", "every other byte is a comma", everyOtherComma, removeComma},
 };
 
 const Row kCommandRows[] = {
     {"secure command", "names and values", ordinaryPairs, secureCommand},
-    {"", "pairs of one letter", oneLetterPairs, secureCommand},
-    {"", "separators, then a pair", separators, secureCommand},
-    {"", "one value of 1,023 after another", longValues, secureCommand},
+    {"secure command", "pairs of one letter", oneLetterPairs, secureCommand},
+    {"secure command", "separators, then a pair", separators, secureCommand},
+    {"secure command", "values of 1,023 bytes", longValues, secureCommand},
 };
 
-// Processor time: what else the machine does does not count.
+// Processor time, so that other programs on the machine do not count.
 double now() {
   timespec time = {};
   ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
@@ -167,29 +168,15 @@ double best(const Body& body) {
   return least;
 }
 
-std::string sizeName(std::size_t size) {
-  if (size >= std::size_t{1} << 20U) return std::to_string(size >> 20U) + " MiB";
-  if (size % 1024 == 0) return std::to_string(size >> 10U) + " KiB";
-  return std::to_string(size);
-}
-
 template <std::size_t kCount>
-void printTable(const Row (&rows)[kCount], const std::vector<std::size_t>& sizes) {
-  std::string line = "|---|---|";
-  std::printf("| operation | input |");
-  for (const std::size_t size : sizes) {
-    std::printf(" %s |", sizeName(size).c_str());
-    line += "---|";
-  }
-  std::printf("\n%s\n", line.c_str());
+void measure(const Row (&rows)[kCount], std::size_t smallest, std::size_t largest) {
   for (const Row& row : rows) {
-    std::printf("| %s | %s |", row.operation, row.input);
-    for (const std::size_t size : sizes) {
+    std::fprintf(stderr, "%s, %s\n", row.operation, row.input);
+    for (std::size_t size = smallest; size <= largest; size *= 2) {
       const std::string text = row.make(size);
-      std::printf(" %.2f |", best(row.prepare(text)) / static_cast<double>(text.size()));
-      std::fflush(stdout);
+      const double perByte = best(row.prepare(text)) / static_cast<double>(text.size());
+      std::printf("%s\t%s\t%zu\t%.3f\n", row.operation, row.input, size, perByte);
     }
-    std::printf("\n");
   }
 }
 
@@ -197,12 +184,6 @@ void printTable(const Row (&rows)[kCount], const std::vector<std::size_t>& sizes
 
 int main() {
   enterSandbox();
-  std::vector<std::size_t> sizes;
-  for (std::size_t size = kSmallest; size <= kLargest; size *= 2) sizes.push_back(size);
-  printTable(kRows, sizes);
-  std::printf("\n");
-  std::vector<std::size_t> commandSizes;
-  for (std::size_t size = kLargestCommand / 64; size <= kLargestCommand; size *= 2)
-    commandSizes.push_back(size);
-  printTable(kCommandRows, commandSizes);
+  measure(kRows, kSmallest, kLargest);
+  measure(kCommandRows, kLargestCommand / 64, kLargestCommand);
 }

@@ -7,7 +7,7 @@ namespace {
 
 const std::string kLastEntry = "\n[last]\nkey=value\n";
 
-// The piece again and again, and no more than fits.
+// The piece repeated as often as it fits.
 std::string repeated(const std::string& piece, std::size_t size) {
   std::string text;
   while (text.size() + piece.size() <= size) text += piece;
@@ -18,8 +18,8 @@ std::string numbered(const std::string& before, int number) {
   return before + std::to_string(number);
 }
 
-// 2048 letters, and the same with a and b exchanged: sums of powers of any odd number, taken modulo
-// a power of two as machines do, are the same for both.
+// 2048 letters, and the same with a and b exchanged: a hash that sums powers of an odd number
+// modulo a power of two is the same for both.
 std::string block(bool isExchanged) {
   std::string text;
   for (unsigned int i = 0; i < 2048; ++i)

@@ -3,8 +3,7 @@
 
 #include <string>
 
-/// Inputs of the sweep, each of about the size asked for: ordinary ones, and those that try to be
-/// slow.
+/// Inputs of the sweep, each of about the given size: ordinary ones, and ones made to be slow.
 
 // Profiles, all with a section "last" and, in it, the key "key" as their last line.
 std::string ordinaryProfile(std::size_t size);
@@ -15,7 +14,7 @@ std::string blankLines(std::size_t size);
 std::string blankPieces(std::size_t size);
 std::string zeroBytes(std::size_t size);
 
-// A pattern, a line feed and a text in which it does not occur.
+// A pattern, a line feed and a text that does not contain it.
 std::string wordsAndText(std::size_t size);
 std::string nearRepeats(std::size_t size);
 std::string sevenAlike(std::size_t size);

@@ -7,8 +7,7 @@ namespace {
 
 constexpr unsigned kBlockBits = 3;
 
-// Any two counts that differ by 8 are one rotation; of a negative one this leaves the rotation
-// the other way.
+// Any two counts that differ by 8 are one rotation. A negative count rotates the other way.
 unsigned char rotateLeft(unsigned char byte, unsigned count) {
   count &= 7U;
   return static_cast<unsigned char>(byte << count | byte >> (8 - count));
@@ -28,8 +27,8 @@ bool DecryptBlock(void* block, unsigned int length) {
   return true;
 }
 
-// Kept: these two leave the byte alone for a negative count, while BRol and BRor turn the other
-// way (test Rotations.SingleBytes)
+// Kept: ByteRotateLeft() and ByteRotateRight() return the byte as it is for a count of 0 or less
+// (test Codecs.Rows)
 char ByteRotateLeft(unsigned char byte, int count) {
   return static_cast<char>(count <= 0 ? byte : BRol(byte, count));
 }

@@ -1,3 +1,5 @@
+#include <cstddef>
+
 #include "codecs/rotate_bytes.h"
 #include "zrcommon/codecs.h"
 

@@ -1,5 +1,9 @@
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <string_view>
 
+#include "codecs/key_track.h"
 #include "codecs/secure_text.h"
 #include "zrcommon/codecs.h"
 
@@ -11,68 +15,74 @@ constexpr std::size_t kQueryBytes = 5120;
 constexpr unsigned char kToSecure = 1;
 constexpr unsigned char kToPlain = 0;
 
-// What has been rebuilt of the caller's command so far: always terminated, never measured again.
-// Its room is the caller's promise.
+// Kept: CPHPOperations::TransformPhpCommand() converts to the secure form only names whose secure
+// form can be converted back: 765 bytes at most, while values may have 1,023
+// (test Secure.Rows)
+constexpr std::size_t kNameBytes = (kTextBytes - 1) / 4 * 3;
+constexpr std::size_t kValueBytes = kTextBytes - 1;
+
+// Removes the text before the next mark from the rest, with the mark and the marks before it.
+std::string_view takeToken(std::string_view& rest, char mark) {
+  const char* begin = rest.data();
+  const char* const end = begin + rest.size();
+  while (begin < end && *begin == mark) ++begin;
+  const auto size = static_cast<std::size_t>(end - begin);
+  const auto* const found = static_cast<const char*>(std::memchr(begin, mark, size));
+  rest = found ? std::string_view(found + 1, static_cast<std::size_t>(end - found - 1)) : "";
+  return {begin, found ? static_cast<std::size_t>(found - begin) : size};
+}
+
+// The caller's query while it is rebuilt: always terminated. The caller promises the room.
 class Rebuilt {
  public:
-  explicit Rebuilt(char* end) : end_(end) { *end_ = '\0'; }
+  Rebuilt(char* query, const KeyTrack& key, bool isToSecure)
+      : end_(query), key_(key), isToSecure_(isToSecure) {
+    finish(end_);
+  }
 
-  void append(std::string_view text) {
-    std::memcpy(end_, text.data(), text.size());
-    end_ += text.size();
+  void append(char mark) {
+    *end_ = mark;
+    finish(end_ + 1);
+  }
+
+  // Kept: CPHPOperations::TransformPhpCommand() takes a name from after any leading '='. The first
+  // '=' after the name is written even if no value follows; further ones belong to the value
+  // (test Secure.Rows)
+  bool appendPair(std::string_view pair) {
+    const std::string_view name = takeToken(pair, '=');
+    if (name.empty() || !appendConverted(name, kNameBytes)) return false;
+    append('=');
+    return pair.empty() || appendConverted(pair, kValueBytes);
+  }
+
+ private:
+  bool appendConverted(std::string_view text, std::size_t mostToSecure) {
+    if (isToSecure_ && text.size() > mostToSecure) return false;
+    char* const end = isToSecure_ ? toSecure(key_, text, end_) : toPlain(key_, text, end_);
+    if (!end) return false;
+    finish(end);
+    return true;
+  }
+
+  void finish(char* end) {
+    end_ = end;
     *end_ = '\0';
   }
 
- private:
   char* end_;
+  const KeyTrack& key_;
+  bool isToSecure_;
 };
 
-// Takes the text up to the next mark off the front of the rest, past marks that stand before it.
-std::string_view takeToken(std::string_view& rest, char mark) {
-  rest.remove_prefix(std::min(rest.find_first_not_of(mark), rest.size()));
-  const std::string_view token = rest.substr(0, rest.find(mark));
-  rest.remove_prefix(std::min(token.size() + 1, rest.size()));
-  return token;
-}
-
-// Turns names and values into the other form, one at a time.
-class Transformer {
- public:
-  Transformer(CBase64Url& base64, CCrypt& crypt, bool toSecure)
-      : text_(base64, crypt), check_(base64, crypt), toSecure_(toSecure) {}
-
-  bool transformName(std::string_view name) {
-    if (!toSecure_) return transformValue(name);
-    if (!text_.take(name)) return false;
-    // Kept: the way back decides, and not the conversion itself. It takes names of up to 765 bytes,
-    // so the other side can read every name that is sent (test SecureCommand.Limits)
-    (void)text_.toSecure();
-    return check_.take(text_.text()) && check_.toPlain();
+bool rebuild(Rebuilt& rebuilt, std::string_view query) {
+  std::string_view pair = takeToken(query, '&');
+  if (pair.empty()) return false;
+  for (;;) {
+    if (!rebuilt.appendPair(pair)) return false;
+    pair = takeToken(query, '&');
+    if (pair.empty()) return true;
+    rebuilt.append('&');
   }
-
-  bool transformValue(std::string_view value) {
-    return text_.take(value) && (toSecure_ ? text_.toSecure() : text_.toPlain());
-  }
-
-  const char* text() const { return text_.text(); }
-
- private:
-  SecureText text_;
-  SecureText check_;
-  bool toSecure_;
-};
-
-// Kept: leading '=' belong to nothing, further ones to the value, and the one in between is
-// written even if no value follows (test SecureCommand.Forms)
-bool rebuildPair(Rebuilt& command, Transformer& transformer, std::string_view pair) {
-  const std::string_view name = takeToken(pair, '=');
-  if (name.empty() || !transformer.transformName(name)) return false;
-  command.append(transformer.text());
-  command.append("=");
-  if (pair.empty()) return true;
-  if (!transformer.transformValue(pair)) return false;
-  command.append(transformer.text());
-  return true;
 }
 
 }  // namespace
@@ -82,21 +92,17 @@ bool CPHPOperations::TransformPhpCommand(char* command, unsigned int capacity,
   if (!command || capacity == 0) return false;
   char* const mark = std::strrchr(command, '?');
   char* const query = mark ? mark + 1 : command;
-  char copy[kQueryBytes];
   const std::size_t length = ::strnlen(query, kQueryBytes);
   if (length == kQueryBytes) return false;
-  std::memcpy(copy, query, length);
-  Rebuilt rebuilt(query);
-  Transformer transformer(base64_, crypt_, direction == kToSecure);
-  std::string_view rest(copy, length);
-  std::string_view pair = takeToken(rest, '&');
-  if (pair.empty()) return false;
-  for (;;) {
-    if (!rebuildPair(rebuilt, transformer, pair)) return false;
-    pair = takeToken(rest, '&');
-    if (pair.empty()) return true;
-    rebuilt.append("&");
+  if (KeyTrack::isEmpty(crypt_)) {
+    *query = '\0';
+    return false;
   }
+  char copy[kQueryBytes + kReadAhead];
+  std::memcpy(copy, query, length);
+  const KeyTrack key(crypt_);
+  Rebuilt rebuilt(query, key, direction == kToSecure);
+  return rebuild(rebuilt, {copy, length});
 }
 
 bool CPHPOperations::ConvertToSecurePhpCommand(char* command, unsigned int capacity) {

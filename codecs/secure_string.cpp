@@ -1,9 +1,18 @@
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+#include <type_traits>
+
+#include "codecs/key_track.h"
 #include "codecs/secure_text.h"
 #include "zrcommon/codecs.h"
 
 using namespace zrcommon;
 
 static_assert(sizeof(CBase64Url) == 1 && sizeof(CUTF8) == 1, "no state");
+static_assert(std::is_trivially_copyable<CCrypt>::value &&
+                  std::is_trivially_copyable<CPHPOperations>::value,
+              "copied as bytes");
 
 CPHPOperations::CPHPOperations(const char* key) : base64_(), crypt_(key) {
   static_assert(offsetof(CPHPOperations, crypt_) == 4, "components embed it by value");
@@ -15,14 +24,16 @@ bool CPHPOperations::ConvertToSecureString(char* text, unsigned int capacity) {
 }
 
 bool CPHPOperations::ConvertToPlainString(const char* secure, char* to, unsigned int capacity) {
-  if (!secure || !to || capacity == 0) return false;
-  SecureText text(base64_, crypt_);
-  if (!text.take(secure) || !text.toPlain()) return false;
-  const std::size_t size = std::strlen(text.text()) + 1;
-  // Kept: zeros up to the capacity, and a text that is longer is copied whole all the same
-  // (test SecureString.PlainFillsItsDestination)
+  if (!secure || !to || capacity == 0 || KeyTrack::isEmpty(crypt_)) return false;
+  char plain[kTextBytes];
+  const char* const end = toPlain(KeyTrack(crypt_), {secure, ::strnlen(secure, kTextBytes)}, plain);
+  if (!end) return false;
+  const auto length = static_cast<std::size_t>(end - plain);
+  // Kept: CPHPOperations::ConvertToPlainString() fills the capacity with zeros, and copies the
+  // whole text even if it is longer (test Secure.Rows)
   std::memset(to, 0, capacity);
-  std::memcpy(to, text.text(), size);
+  std::memcpy(to, plain, length);
+  to[length] = '\0';
   return true;
 }
 
@@ -37,10 +48,12 @@ bool CPHPOperations::ConvertToSecureKeyValuePair(const char* name, const char* v
   if (!ConvertToSecureString(to, capacity)) return false;
   char* const end = to + std::strlen(to);
   std::memcpy(end, "=", 2);
-  // Kept: an empty value fails, and leaves the name and its '=' in place
-  // (test SecureString.Pairs)
-  SecureText secure(base64_, crypt_);
-  if (!secure.take(value) || !secure.toSecure()) return false;
-  std::memcpy(end + 1, secure.text(), std::strlen(secure.text()) + 1);
+  // Kept: CPHPOperations::ConvertToSecureKeyValuePair() fails for an empty value and leaves the
+  // name and its '=' in place (test Secure.Rows)
+  const std::size_t length = ::strnlen(value, kTextBytes);
+  if (length == 0 || length == kTextBytes) return false;
+  char copy[kTextBytes + kReadAhead];
+  std::memcpy(copy, value, length);
+  *toSecure(KeyTrack(crypt_), {copy, length}, end + 1) = '\0';
   return true;
 }

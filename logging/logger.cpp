@@ -1,7 +1,9 @@
 #include <fcntl.h>
+#include <sys/types.h>
 #include <unistd.h>
 
 #include <cstdarg>
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -21,7 +23,7 @@ bool isFiltered(unsigned int levelMask) {
   return (levelMask & g_dwCurrentTraceLevel__) == 0;
 }
 
-// Out of line, so that a filtered message pays for no buffer.
+// Not inlined, so that a filtered message does not set up the buffer on the stack.
 [[gnu::noinline]] void writeFormatted(CZRLogger& logger, const char* format, va_list arguments) {
   char message[kMessageBytes];
   (void)std::vsnprintf(message, sizeof message, format, arguments);
@@ -69,14 +71,14 @@ void CZRLogger::WriteToFile(const char* message) {
   const int flags = exists(m_szLogFileName) ? O_RDWR : O_RDWR | O_CREAT;
   const Fd file(openFile(m_szLogFileName, flags, 0600));
   if (!file) return;
-  // Kept: a seek and separate writes instead of append mode; components tell this log's torn lines
-  // from the plain log's (test Logger.WritesWithTheAgreedSystemCalls)
+  // Kept: CZRLogger::WriteToFile() seeks to the end of the file and writes the parts of the line
+  // with separate calls; it does not use append mode (test Logger.WritesWithTheAgreedSystemCalls)
   (void)::lseek(file.get(), 0, SEEK_END);
   const std::size_t length = std::strlen(message);
   writeOnce(file.get(), m_szComponent, std::strlen(m_szComponent));
   writeOnce(file.get(), " ", 1);
-  // Kept: a message that was not written whole gets no line ending, and the next line continues it
-  // (test Logger.ShortWriteLeavesTheLineOpen)
+  // Kept: CZRLogger::WriteToFile() writes no line ending after a message that was not written
+  // whole; the next message then continues the same line (test Logger.ShortWriteLeavesTheLineOpen)
   if (writeOnce(file.get(), message, length) == static_cast<ssize_t>(length))
     writeOnce(file.get(), "\r\n", 2);
 }

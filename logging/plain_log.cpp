@@ -17,7 +17,7 @@ void WriteToLog(const char* path, const char* text) {
     writeOnce(file.get(), text, std::strlen(text));
     writeOnce(file.get(), "\n", 1);
   }
-  // Kept: every write leaves the log open to all users, unlike CZRLogger, so that components of
-  // every user can go on with it (test PlainLog.WidensTheModeOnEveryWrite)
+  // Kept: WriteToLog() gives the file mode 0666 after every write, whatever mode it had; CZRLogger
+  // never changes a mode (test PlainLog.WidensTheModeOnEveryWrite)
   ::chmod(path, 0666);
 }

@@ -1,8 +1,10 @@
+#include <cstddef>
 #include <cstring>
 #include <new>
 #include <string>
 
 #include "network/inet_library.h"
+#include "zrcommon/network.h"
 
 using namespace zrcommon;
 
@@ -15,15 +17,15 @@ constexpr std::size_t kBaseBytes = 256;
 constexpr char kFirstProbe[] = "msg32.htm";
 constexpr char kSecondProbe[] = "msg32.bin";
 
-enum Code : unsigned int { kNoFault = 0, kNothingReached = 105, kOnlySecondReached = 140 };
+enum Code : unsigned int { kSuccess = 0, kNothingReached = 105, kOnlySecondReached = 140 };
 
-// Gives the address of the directory of the probe files, ending in "/". False if there is none, or
-// none that fits with its "/".
+// Gets the address of the directory with the probe files, which ends in "/". False if the server
+// address directory has none, or if the address and its "/" do not fit.
 bool findBase(char (&base)[kBaseBytes]) {
   if (!GetValueFromInfoEml(kBaseEntry, kBaseName, base, kBaseBytes)) return false;
   const std::size_t length = ::strnlen(base, kBaseBytes);
-  if (length == 0 || length == kBaseBytes) return false;
-  if (base[length - 1] == '/') return true;
+  if (length == kBaseBytes) return false;
+  if (length > 0 && base[length - 1] == '/') return true;
   if (length + 1 == kBaseBytes) return false;
   std::memcpy(base + length, "/", 2);
   return true;
@@ -46,19 +48,19 @@ unsigned int ZRIsInternetConnectionOn(std::string url) {
   tagZRINETCONFIG config = {};
   unsigned int ignoredError = 0;
   if (!ZRGetInetConfig(&config, &ignoredError)) return 0;
-  // Kept: 1 alone means present, whatever other numbers an internet library may come up with
-  // (test Connectivity.FirstProbeDecides)
+  // Kept: ZRIsInternetConnectionOn() returns 1 only if the internet library answers exactly 1;
+  // every other number means that the resource is absent (test Connectivity.FirstProbeDecides)
   return isFilePresent(url.c_str(), &config) == 1;
 }
 
 unsigned int CheckInternetConnection(unsigned int* error) {
   if (!error) return 0;
-  *error = kNoFault;
+  *error = kSuccess;
   char base[kBaseBytes] = {};
   if (!findBase(base)) return 0;
   if (isReached(base, kFirstProbe)) return 1;
-  // Kept: the second file decides about the code only; a server that has lost the first one fails
-  // the check (test Connectivity.FirstProbeDecides)
+  // Kept: CheckInternetConnection() returns 0 if only the second file can be reached; that file
+  // selects the code and nothing else (test Connectivity.FirstProbeDecides)
   *error = isReached(base, kSecondProbe) ? kOnlySecondReached : kNothingReached;
   return 0;
 }

@@ -1,12 +1,15 @@
 #include <fcntl.h>
 #include <strings.h>
+#include <sys/types.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #include "base/file.h"
-#include "base/install_path.h"
+#include "base/product_files.h"
 #include "network/directory_record.h"
 #include "zrcommon/network.h"
 
@@ -14,20 +17,18 @@ using namespace zrcommon;
 
 namespace {
 
-constexpr InstallPath kDirectoryFile(kDirectoryFileName);
-
 bool readNext(const Fd& file, DirectoryRecord& record) {
   return ::read(file.get(), &record, sizeof record) == ssize_t{sizeof record};
 }
 
-// A name that fills its field ends with the field.
+// A name that fills its field has no terminator: it ends where the field ends.
 bool isNamed(const DirectoryRecord& record, const char* name) {
   if (::strncasecmp(record.name, name, sizeof record.name) != 0) return false;
   const bool fillsField = ::strnlen(record.name, sizeof record.name) == sizeof record.name;
   return !fillsField || name[sizeof record.name] == '\0';
 }
 
-// Numbers are compared as they are stored, so that only a record that may match is swapped.
+// Compares numbers in their stored form, so that only records with the right number are swapped.
 bool findRecord(const Fd& file, std::uint32_t number, const char* name, DirectoryRecord& record) {
   swapStored(number);
   while (readNext(file, record)) {
@@ -38,8 +39,8 @@ bool findRecord(const Fd& file, std::uint32_t number, const char* name, Director
   return false;
 }
 
-// Kept: a value as long as the buffer or longer fills it without a terminator, as strncpy does;
-// components pass a zeroed buffer larger than what they expect (test Directory.CopiesTheValue)
+// Kept: GetValueFromInfoEml() copies as strncpy() does with the whole size: a value of that many
+// characters or more fills the buffer and is not terminated (test Directory.CopiesTheValue)
 void copyValue(const DirectoryRecord& record, char* value, std::size_t valueSize) {
   const std::size_t most = std::min(sizeof record.value, valueSize);
   const std::size_t length = ::strnlen(record.value, most);
@@ -52,7 +53,7 @@ void copyValue(const DirectoryRecord& record, char* value, std::size_t valueSize
 unsigned int GetValueFromInfoEml(unsigned int entry, const char* name, char* value,
                                  unsigned int valueSize) {
   if (entry == 0 || !name || !value || valueSize == 0) return 0;
-  const Fd file(openFile(kDirectoryFile.get(), O_RDONLY));
+  const Fd file(openFile(kDirectoryPath.get(), O_RDONLY));
   if (!file) return 0;
   DirectoryRecord record;
   if (!findRecord(file, entry, name, record)) return 0;

@@ -9,7 +9,6 @@
 
 namespace zrcommon {
 
-inline constexpr char kDirectoryFileName[] = "infoeml.dat";
 inline constexpr std::size_t kDirectoryTextBytes = 260;
 
 /// One record of the server address directory. A text that fills its field has no terminator.
@@ -24,8 +23,8 @@ static_assert(sizeof(DirectoryRecord) == 524 && offsetof(DirectoryRecord, name) 
               "the directory file is a sequence of this record");
 static_assert(std::is_trivially_copyable<DirectoryRecord>::value, "read as bytes");
 
-/// From how a record, or a part of one, is stored to how it reads, and back: the file keeps every
-/// byte with its two halves swapped.
+/// Converts a record, or a part of one, from its stored form to plain bytes, or back. In the stored
+/// form the two halves of each byte are swapped.
 template <typename Part>
 void swapStored(Part& part) {
   Encrypt(reinterpret_cast<unsigned char*>(&part), sizeof part);

@@ -4,14 +4,14 @@
 #include <cstddef>
 
 #include "base/errno_keeper.h"
-#include "base/install_path.h"
+#include "base/product_files.h"
 #include "zrcommon/network.h"
 #include "zrcommon/system.h"
 
 namespace zrcommon {
 
-/// A connection of the internet library, zeroed before it is opened. The internet library decides
-/// how much of it it uses; it is roomier than any handle needs to be.
+/// The connection handle of the internet library, zeroed before each open. The internet library
+/// alone knows what it holds; one pointer is expected, and there is room for eight.
 struct InetHandle {
   void* words[8];
 };
@@ -23,10 +23,10 @@ using InetReadFileFunction = int(InetHandle* handle, char* buffer, unsigned int 
 using InetCloseFileFunction = int(InetHandle* handle);
 using IsInternetFilePresentFunction = int(const char* url, tagZRINETCONFIG* config);
 
-/// libinet.so, loaded for one call and released at its end.
+/// The library libinet.so, loaded by the constructor and released by the destructor.
 class InetLibrary {
  public:
-  InetLibrary() : module_(ZRLoadLibrary(kPath.get())) {}
+  InetLibrary() : module_(ZRLoadLibrary(kInetLibraryPath.get())) {}
   ~InetLibrary() {
     const ErrnoKeeper keeper;
     ZRFreeLibrary(module_);
@@ -34,7 +34,7 @@ class InetLibrary {
   InetLibrary(const InetLibrary&) = delete;
   InetLibrary& operator=(const InetLibrary&) = delete;
 
-  /// Finds an entry point; false if the library lacks it or is not loaded at all.
+  /// Looks up an entry point. False if the library does not have it or could not be loaded.
   template <typename Function>
   bool find(const char* name, Function*& entry) const {
     entry = reinterpret_cast<Function*>(ZRGetProcAddress(module_, name));
@@ -42,7 +42,6 @@ class InetLibrary {
   }
 
  private:
-  static constexpr InstallPath kPath{"libinet.so"};
   void* module_;
 };
 

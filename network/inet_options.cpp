@@ -1,22 +1,24 @@
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/types.h>
 #include <unistd.h>
 
+#include <cstddef>
 #include <cstring>
 
+#include "base/errno_keeper.h"
 #include "base/file.h"
-#include "base/install_path.h"
+#include "base/product_files.h"
 #include "zrcommon/network.h"
 
 using namespace zrcommon;
 
 namespace {
 
-constexpr InstallPath kOptionsFile("zrinet.opt");
 constexpr std::size_t kPathBytes = 256;
 constexpr ssize_t kRecordBytes = sizeof(tagInetSettings);
 
-enum Result : unsigned int { kBadArgument = 0, kDone = 1, kNoFile = 2 };
+enum Result : unsigned int { kBadArgument = 0, kSuccess = 1, kNoFile = 2 };
 enum SaveResult : unsigned int { kShortWrite = 3 };
 enum ReadResult : unsigned int { kUnreadable = 3, kShortRead = 4 };
 
@@ -29,15 +31,8 @@ int openForSaving(const char* path) {
   return existing >= 0 ? existing : openFile(path, O_WRONLY | O_CREAT | O_TRUNC, 0600);
 }
 
-// errno stays that of the write or read before it.
 void shareWithAllUsers(const char* path) {
-  const ErrnoKeeper keeper;
   ::chmod(path, 0666);
-}
-
-void discard(const char* path) {
-  const ErrnoKeeper keeper;
-  ::unlink(path);
 }
 
 }  // namespace
@@ -51,9 +46,10 @@ unsigned int SaveInetOptions(const char* path, tagInetSettings* settings) {
     if (!file) return kNoFile;
     written = writeOnce(file.get(), settings, sizeof *settings);
   }
+  const ErrnoKeeper keepsThatOfTheWrite;
   shareWithAllUsers(path);
-  if (written == kRecordBytes) return kDone;
-  discard(path);
+  if (written == kRecordBytes) return kSuccess;
+  ::unlink(path);
   return kShortWrite;
 }
 
@@ -67,20 +63,21 @@ unsigned int ReadInetOptions(const char* path, tagInetSettings* settings) {
     if (!file) return kUnreadable;
     got = ::read(file.get(), &staging, sizeof staging);
   }
-  // Kept: reading widens the mode too, so that the components of every user share the settings
-  // (test InetOptions.EveryOpenWidensTheMode)
+  const ErrnoKeeper keepsThatOfTheRead;
+  // Kept: ReadInetOptions() gives every file that it could open mode 0666, as SaveInetOptions()
+  // does (test InetOptions.EveryOpenWidensTheMode)
   shareWithAllUsers(path);
   if (got != kRecordBytes) return kShortRead;
   *settings = staging;
-  return kDone;
+  return kSuccess;
 }
 
 unsigned int ZRGetInetConfig(tagZRINETCONFIG* config, unsigned int* error) {
   if (!config || !error) return 0;
   tagInetSettings settings = {};
-  // Kept: a missing or damaged file means zeros and success, for which the internet library has
-  // its defaults (test InetOptions.ConfigIsZerosWithoutAWholeFile)
-  (void)ReadInetOptions(kOptionsFile.get(), &settings);
+  // Kept: ZRGetInetConfig() returns 1 and zeros if the options file is missing or cannot be read
+  // whole (test InetOptions.ConfigIsZerosWithoutAWholeFile)
+  (void)ReadInetOptions(kInetOptionsPath.get(), &settings);
   std::memcpy(config, &settings, sizeof *config);
   return 1;
 }

@@ -1,6 +1,11 @@
 #include <linux/rtnetlink.h>
 #include <sys/socket.h>
+#include <sys/types.h>
 #include <unistd.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
 
 #include "base/file.h"
 #include "zrcommon/network.h"
@@ -9,7 +14,8 @@ using namespace zrcommon;
 
 namespace {
 
-constexpr unsigned int kBindFailed = 101;
+enum Code : unsigned int { kSuccess = 0, kBindFailed = 101 };
+
 constexpr std::size_t kBufferBytes = 8192;
 
 sockaddr_nl addressOf(std::uint32_t port) {
@@ -69,7 +75,7 @@ class RouteSocket {
   Fd socket_;
 };
 
-// Handles the whole messages among the bytes received; true if one of them ends the dump.
+// Handles the complete messages of one datagram. True if one of them ends the dump.
 bool takeMessages(char* bytes, ssize_t count,
                   std::vector<tagZR_ETHERNET_INTERFACES_INFO>& interfaces) {
   bool isDone = false;
@@ -78,8 +84,8 @@ bool takeMessages(char* bytes, ssize_t count,
     const ssize_t length = message->nlmsg_len;
     if (length < ssize_t{sizeof(nlmsghdr)} || length > count) break;
     if (message->nlmsg_type == RTM_NEWLINK) rtnl_print_link(message, interfaces);
-    // Kept: what follows the done message in the same datagram still counts
-    // (test Interfaces.WalksEveryDatagramToItsEnd)
+    // Kept: GetEthernetInterfacesDetails() also handles the messages that follow the done message
+    // in the same datagram (test Interfaces.WalksEveryDatagramToItsEnd)
     if (message->nlmsg_type == NLMSG_DONE) isDone = true;
     bytes += NLMSG_ALIGN(length);
     count -= NLMSG_ALIGN(length);
@@ -92,17 +98,16 @@ bool takeMessages(char* bytes, ssize_t count,
 unsigned int GetEthernetInterfacesDetails(std::vector<tagZR_ETHERNET_INTERFACES_INFO>& interfaces,
                                           unsigned int* error) {
   if (!error) return 0;
-  *error = 0;
+  *error = kSuccess;
   const RouteSocket socket;
   if (!socket.bind()) {
     *error = kBindFailed;
     return 0;
   }
   socket.requestLinks();
-  // Kept: the done message alone ends the dump. A failed or empty receive and the kernel's error
-  // messages are followed by another receive, without a time limit, and sequence numbers are not
-  // looked at: a listing is whole or does not return
-  // (test Interfaces.OnlyTheDoneMessageEndsTheDump)
+  // Kept: GetEthernetInterfacesDetails() receives until it gets the done message. It receives again
+  // after a failed or empty receive and after an error message of the kernel, has no time limit and
+  // does not check sequence numbers (test Interfaces.OnlyTheDoneMessageEndsTheDump)
   alignas(nlmsghdr) char buffer[kBufferBytes];
   bool isDone = false;
   while (!isDone) isDone = takeMessages(buffer, socket.receive(buffer), interfaces);

@@ -1,6 +1,8 @@
 #include <strings.h>
 
-#include <algorithm>
+#include <cstddef>
+#include <type_traits>
+#include <vector>
 
 #include "base/copy_truncated.h"
 #include "zrcommon/network.h"
@@ -9,8 +11,9 @@ using namespace zrcommon;
 
 namespace {
 
-// Kept: loopback is what is named so, and nothing else disqualifies a link that has an address: it
-// need not be running, and its address may be all zeros (test MacAddresses.CountsByNameAndAddress)
+// Kept: GetFormattedMACAddress() skips the link named "lo" and links without an address, and no
+// others: a link that is not running counts, and so does an address of zeros (test
+// MacAddresses.CountsByNameAndAddress)
 bool counts(const tagZR_ETHERNET_INTERFACES_INFO& interface) {
   return ::strcasecmp(interface.name, "lo") != 0 && interface.macAddress[0] != '\0';
 }

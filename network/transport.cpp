@@ -1,8 +1,12 @@
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string>
 
+#include "base/errno_keeper.h"
 #include "network/inet_library.h"
+#include "zrcommon/network.h"
 
 using namespace zrcommon;
 
@@ -11,15 +15,15 @@ namespace {
 constexpr unsigned int kChunkBytes = 15000;
 constexpr int kReadFailed = -1;
 
-// What one read gave, as text: zeros follow the data, and one byte more than a read can fill ends
-// a full chunk. Bounds are those of the buffer, whatever counts the internet library reports.
+// The data of one read, as text: zeros follow it, and a spare zero byte terminates a full chunk.
+// Every access stays inside the buffer, whatever counts the internet library reports.
 class Chunk {
  public:
   char* data() { return bytes_; }
   const char* text() const { return bytes_; }
   void clear() { std::memset(bytes_, 0, kChunkBytes); }
 
-  // Leaves what lies from begin up to end, moved to the front.
+  // Moves the bytes from begin to end to the front and clears the rest.
   void keep(std::uint32_t begin, std::uint32_t end) {
     end = std::min(end, kChunkBytes);
     begin = std::min(begin, end);
@@ -31,7 +35,7 @@ class Chunk {
   char bytes_[kChunkBytes + 1] = {};
 };
 
-// The caller's buffer: text that grows and always leaves room for its terminator.
+// The caller's buffer: a text that grows and is always terminated.
 class Response {
  public:
   Response(char* text, std::uint32_t size) : text_(text), size_(size) {}
@@ -55,7 +59,7 @@ class Response {
   std::size_t length_ = 0;
 };
 
-// The internet library with everything a fetch needs of it.
+// The internet library and its entry points.
 struct Inet {
   InetLibrary library;
   GetHeaderFunction* getHeader = nullptr;
@@ -64,9 +68,9 @@ struct Inet {
   InetCloseFileFunction* closeFile = nullptr;
   IsInternetFilePresentFunction* isFilePresent = nullptr;
 
-  // Kept: all five are required, though a fetch never asks for presence; a library that lacks one
-  // is refused as a whole (test Transport.EveryEntryPointIsRequired)
-  bool isComplete() {
+  // Kept: ZRSendDataAndGetResponse() requires all five entry points, also IsInternetFilePresent,
+  // which it does not call (test Transport.EveryEntryPointIsRequired)
+  bool findEntryPoints() {
     return library.find("GetHeader", getHeader) && library.find("InetOpenFile", openFile) &&
            library.find("InetReadFile", readFile) && library.find("InetCloseFile", closeFile) &&
            library.find("IsInternetFilePresent", isFilePresent);
@@ -94,14 +98,14 @@ class Connection {
   bool isOpen_;
 };
 
-// One fetch, from the first read on. The counters are what the internet library said, which need
-// not be true: sums wrap, and nothing but Chunk and Response decides what memory is touched.
+// One fetch, from the first read on. The counters hold what the internet library reported, which
+// may be wrong: their sums wrap, and only Chunk and Response decide which memory is accessed.
 class Fetch {
  public:
   Fetch(const Inet& inet, Connection& connection, Response& response)
       : inet_(inet), connection_(connection), response_(response) {}
 
-  // False if nothing could be read or the body does not fit.
+  // False if the first read fails or the body does not fit.
   bool run() {
     const int total = connection_.read(chunk_);
     if (total == kReadFailed) return false;
@@ -123,27 +127,29 @@ class Fetch {
       chunk_.keep(headerLength_, total_);
       return bodyLength();
     }
-    // Kept: a header that does not end inside the first chunk drops that chunk whole, while the
-    // length received is still counted from the header's end (test Transport.Answers)
+    // Kept: ZRSendDataAndGetResponse() drops the whole first chunk if the header does not end
+    // inside it; the length received is still the bytes read less the header's length (test
+    // Transport.Answers)
     chunk_.clear();
     return headerLength;
   }
 
-  // Kept: an error after the first read ends the body as its end does (test Transport.Answers)
+  // Kept: ZRSendDataAndGetResponse() takes a read error after the first chunk for the end of the
+  // body (test Transport.Answers)
   bool collect() {
     int pending = 0;
     do {
       if (!response_.append(chunk_.text())) return false;
       chunk_.clear();
       pending = connection_.read(chunk_);
-      if (pending > 0 && !count(static_cast<std::uint32_t>(pending))) return false;
+      if (pending > 0 && !addToTotal(static_cast<std::uint32_t>(pending))) return false;
     } while (pending > 0);
     return true;
   }
 
-  // Kept: what is compared with the caller's size is the length on the wire, unsigned, and only
-  // from the second chunk on (test Transport.Answers)
-  bool count(std::uint32_t pending) {
+  // Kept: ZRSendDataAndGetResponse() compares the body's length on the wire with the caller's size,
+  // as unsigned numbers, and only from the second chunk on (test Transport.Answers)
+  bool addToTotal(std::uint32_t pending) {
     if (pending + total_ - headerLength_ >= response_.size()) return false;
     total_ += pending;
     return true;
@@ -164,7 +170,7 @@ unsigned int ZRSendDataAndGetResponse(const char* url, char* response, unsigned 
   if (!url || !response || !received || !error || responseSize == 0) return 0;
   *error = 0;
   Inet inet;
-  if (!inet.isComplete()) return 0;
+  if (!inet.findEntryPoints()) return 0;
   tagZRINETCONFIG config = {};
   unsigned int ignoredError = 0;
   if (!ZRGetInetConfig(&config, &ignoredError)) return 0;

@@ -1,5 +1,11 @@
 #include "profile/line.h"
 
+#include <strings.h>
+
+#include <cstdio>
+#include <cstring>
+
+#include "base/blank.h"
 #include "zrcommon/profile.h"
 
 using namespace zrcommon;
@@ -7,7 +13,7 @@ using namespace zrcommon;
 char* Trim(char* text) {
   if (!text) return nullptr;
   while (isBlank(*text)) *text++ = '\0';
-  text[trimmedRight(text).size()] = '\0';
+  if (*text) text[trimmedRight(text).size()] = '\0';
   return text;
 }
 

@@ -1,20 +1,19 @@
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
 #include "strings/length.h"
+#include "strings/scan.h"
 #include "zrcommon/strings.h"
 
 using namespace zrcommon;
 
-namespace {
-
-struct AtDifference {
-  static bool stops(WideUnit x, WideUnit y) { return x != y; }
-  static scan::Window marks(scan::Window x, scan::Window y) { return scan::equal<WideUnit>(x, y); }
-};
-
-}  // namespace
-
 int my_wmemcmp(const unsigned short* a, const unsigned short* b, int count) {
   if (!a || !b) return 1;
-  const std::size_t at = scan::firstStop(a, b, asCount(count), AtDifference{});
+  const auto differs = [](scan::Window x, scan::Window y) {
+    return scan::isZero<WideUnit>(scan::equal<WideUnit>(x, y));
+  };
+  const std::size_t at = scan::firstStop(a, b, asCount(count), differs);
   if (at == asCount(count)) return 0;
   return a[at] > b[at] ? 1 : -1;
 }
@@ -28,8 +27,8 @@ unsigned short* my_wmemcpy(unsigned short* to, const unsigned short* from, int c
     std::memmove(to, from, bytes);
     return to;
   }
-  // Kept: copies forwards, unit by unit in effect, so that over a source that it overlaps from
-  // above it repeats the units in between (test Copy.MemoryGoesForwards)
+  // Kept: my_wmemcpy() copies forwards unit by unit, so if the destination begins inside the
+  // source, the units before it are repeated (test Copy.Rows)
   for (std::size_t i = 0; i < asCount(count); ++i) to[i] = from[i];
   return to;
 }

@@ -9,12 +9,12 @@
 
 namespace zrcommon {
 
-/// Walks over strings of either unit, 16 bytes at a time.
+/// Walks over strings of either unit, 16 bytes (a window) at a time.
 ///
-/// A string may end at the last byte of a mapping, and nobody knows where before its terminator is
-/// seen. So 16 bytes are read at once only where they lie in one page with the unit that the walk
-/// has come to; what follows the string in that page is read and ignored. Where a page ends, the
-/// walk goes unit by unit. The addresses may have any alignment.
+/// A rule is a function that takes a window of each string and sets all bits of the units at which
+/// the walk stops. No walk reads a page that its strings do not reach: one string is read by
+/// aligned windows, which lie in one page each; two strings are read by windows only where both
+/// windows lie in one page. What a window holds before or after the string is ignored.
 namespace scan {
 
 using Window = __m128i;
@@ -23,8 +23,7 @@ constexpr std::size_t kWindowBytes = sizeof(Window);
 constexpr std::size_t kPageBytes = 4096;
 constexpr std::size_t kNoLimit = SIZE_MAX;
 
-// The sanitizer takes a read behind a string for an overrun; that it stays in the page is what
-// makes it none.
+// The sanitizer reports reads beyond the end of a string, which are harmless within its page.
 [[gnu::no_sanitize_address]] inline Window load(const void* from) {
   return _mm_loadu_si128(static_cast<const Window*>(from));
 }
@@ -51,84 +50,90 @@ Window isZero(Window units) {
   return equal<Unit>(units, _mm_setzero_si128());
 }
 
-/// How many bytes can be read from here on without leaving the page.
-inline std::size_t leftInPage(const void* from) {
-  return kPageBytes - (reinterpret_cast<std::uintptr_t>(from) & (kPageBytes - 1));
+/// One bit for each byte of a window.
+inline std::uint64_t bits(Window stops) {
+  return static_cast<unsigned int>(_mm_movemask_epi8(stops));
 }
 
-/// A walk over two strings at once, up to where a rule stops it.
-///
-/// The rule's stops(x, y) tells whether two units end the walk, and its marks(x, y) tells it of a
-/// window of each, with a zero unit for a stop and any other for none.
-template <typename Unit, typename Rule>
-class Walk {
- public:
-  Walk(const Unit* a, const Unit* b, std::size_t limit, const Rule& rule)
-      : a_(a), b_(b), limit_(limit), rule_(rule) {}
-
-  /// The index at which it stops, at most the limit.
-  std::size_t run() {
-    // Most strings end in their first 16 units.
-    if (readable() >= sizeof(Unit) * kWindowBytes && meetsStop<sizeof(Unit)>())
-      return std::min(at_, limit_);
-    while (at_ < limit_ && !stopsInPage()) continue;
-    return std::min(at_, limit_);
-  }
-
- private:
-  static constexpr std::size_t kUnits = kWindowBytes / sizeof(Unit);
-
-  std::size_t readable() const { return std::min(leftInPage(a_ + at_), leftInPage(b_ + at_)); }
-
-  Window stopsInWindow(std::size_t number) const {
-    const std::size_t at = at_ + number * kUnits;
-    return isZero<Unit>(rule_.marks(load(a_ + at), load(b_ + at)));
-  }
-
-  // Moves to the first stop in so many windows, or behind them.
-  template <unsigned kWindows>
-  bool meetsStop() {
-    Window stops[kWindows];
-    Window any = _mm_setzero_si128();
-    for (unsigned i = 0; i < kWindows; ++i) any = _mm_or_si128(any, stops[i] = stopsInWindow(i));
-    if (!_mm_movemask_epi8(any)) {
-      at_ += kWindows * kUnits;
-      return false;
-    }
-    std::uint64_t bitPerByte = 0;
-    for (unsigned i = 0; i < kWindows; ++i)
-      bitPerByte |= static_cast<std::uint64_t>(_mm_movemask_epi8(stops[i])) << 16U * i;
-    at_ += static_cast<unsigned>(__builtin_ctzll(bitPerByte)) / sizeof(Unit);
-    return true;
-  }
-
-  // Goes to the end of the nearer page and over it. True if it met a stop.
-  bool stopsInPage() {
-    std::size_t left = readable();
-    for (; left >= 4 * kWindowBytes && at_ < limit_; left -= 4 * kWindowBytes)
-      if (meetsStop<4>()) return true;
-    for (; left >= kWindowBytes && at_ < limit_; left -= kWindowBytes)
-      if (meetsStop<1>()) return true;
-    for (std::size_t units = left / sizeof(Unit) + 1; units > 0 && at_ < limit_; --units, ++at_)
-      if (rule_.stops(a_[at_], b_[at_])) return true;
-    return false;
-  }
-
-  const Unit* a_;
-  const Unit* b_;
-  std::size_t limit_;
-  const Rule& rule_;
-  std::size_t at_ = 0;
-};
-
-template <typename Unit, typename Rule>
-std::size_t firstStop(const Unit* a, const Unit* b, std::size_t limit, const Rule& rule) {
-  return Walk<Unit, Rule>(a, b, limit, rule).run();
+/// The number of units before the first bit.
+template <typename Unit>
+std::size_t unitsBefore(std::uint64_t stops) {
+  return static_cast<std::size_t>(__builtin_ctzll(stops)) / sizeof(Unit);
 }
 
+inline std::size_t offsetIn(std::size_t block, const void* address) {
+  return reinterpret_cast<std::uintptr_t>(address) % block;
+}
+
+template <typename Unit, typename Rule>
+std::size_t firstStopUnaligned(const Unit* text, std::size_t limit, const Rule& rule) {
+  std::size_t at = 0;
+  while (at < limit && !bits(rule(repeat(text[at])))) ++at;
+  return at;
+}
+
+/// The bits of the first units of that many windows.
+template <typename Unit>
+std::uint64_t bitsOfFirst(std::size_t units, std::size_t windows = 1) {
+  const std::size_t bytes = std::min(units, windows * kWindowBytes / sizeof(Unit)) * sizeof(Unit);
+  return (std::uint64_t{1} << bytes) - 1;
+}
+
+/// The index of the first unit at which the rule stops, at most @p limit.
 template <typename Unit, typename Rule>
 std::size_t firstStop(const Unit* text, std::size_t limit, const Rule& rule) {
-  return firstStop(text, text, limit, rule);
+  constexpr std::size_t kUnits = kWindowBytes / sizeof(Unit);
+  if (limit == 0) return 0;
+  if (offsetIn(sizeof(Unit), text) != 0) return firstStopUnaligned(text, limit, rule);
+  const std::size_t before = offsetIn(kWindowBytes, text);
+  const char* const first = reinterpret_cast<const char*>(text) - before;
+  if (const auto stops = bits(rule(load(first))) >> before & bitsOfFirst<Unit>(limit))
+    return unitsBefore<Unit>(stops);
+  std::size_t at = kUnits - before / sizeof(Unit);
+  while (at + 4 * kUnits <= limit)
+    for (int i = 0; i < 4; ++i, at += kUnits)
+      if (const auto stops = bits(rule(load(text + at)))) return at + unitsBefore<Unit>(stops);
+  for (; at + kUnits <= limit; at += kUnits)
+    if (const auto stops = bits(rule(load(text + at)))) return at + unitsBefore<Unit>(stops);
+  if (at >= limit) return limit;
+  const auto stops = bits(rule(load(text + at))) & bitsOfFirst<Unit>(limit - at);
+  return stops ? at + unitsBefore<Unit>(stops) : limit;
+}
+
+inline std::size_t leftInPage(const void* address) {
+  return kPageBytes - offsetIn(kPageBytes, address);
+}
+
+/// The stops in the next two windows of each string, without those from the limit on.
+template <typename Unit, typename Rule>
+std::uint64_t stopsInTwo(const Unit* a, const Unit* b, std::size_t limit, const Rule& rule) {
+  constexpr std::size_t kUnits = kWindowBytes / sizeof(Unit);
+  const std::uint64_t first = bits(rule(load(a), load(b)));
+  const std::uint64_t second = bits(rule(load(a + kUnits), load(b + kUnits)));
+  return (first | second << kWindowBytes) & bitsOfFirst<Unit>(limit, 2);
+}
+
+/// The same for two strings. At the end of a page, the last windows overlap those before them.
+template <typename Unit, typename Rule>
+std::size_t firstStop(const Unit* a, const Unit* b, std::size_t limit, const Rule& rule) {
+  constexpr std::size_t kUnits = 2 * kWindowBytes / sizeof(Unit);
+  std::size_t at = 0;
+  while (at < limit) {
+    std::size_t readable = std::min(leftInPage(a + at), leftInPage(b + at)) / sizeof(Unit);
+    for (; readable >= kUnits && at < limit; readable -= kUnits, at += kUnits)
+      if (const auto stops = stopsInTwo(a + at, b + at, limit - at, rule))
+        return at + unitsBefore<Unit>(stops);
+    if (at >= kUnits && at < limit) {
+      at -= kUnits - readable;
+      if (const auto stops = stopsInTwo(a + at, b + at, limit - at, rule))
+        return at + unitsBefore<Unit>(stops);
+      at += kUnits;
+      readable = 0;
+    }
+    for (const std::size_t end = std::min(at + readable + 1, limit); at < end; ++at)
+      if (bits(rule(repeat(a[at]), repeat(b[at])))) return at;
+  }
+  return limit;
 }
 
 }  // namespace scan

@@ -1,9 +1,12 @@
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/types.h>
 #include <unistd.h>
 
+#include <cstddef>
 #include <cstdio>
 
+#include "base/errno_keeper.h"
 #include "base/file.h"
 #include "zrcommon/system.h"
 
@@ -13,47 +16,44 @@ namespace {
 
 constexpr std::size_t kChunkBytes = 1024;
 
-enum class Copied { kNothing, kPart, kAll };
+enum class PartialTarget { kStays, kIsRemoved };
 
-// Kept: a read error ends the source as its end does, so that what can be read is saved (test
+// Kept: ZRCopyFile() and CopyFile() take a read error for the end of the source and return 1 (test
 // Copy.NothingHappensWithoutBothFiles)
-Copied copyBytes(int source, int target) {
+bool copyBytes(int source, int target) {
   char chunk[kChunkBytes];
   for (;;) {
     const ssize_t got = ::read(source, chunk, sizeof chunk);
-    if (got <= 0) return Copied::kAll;
-    if (writeOnce(target, chunk, static_cast<std::size_t>(got)) != got) return Copied::kPart;
+    if (got <= 0) return true;
+    if (writeOnce(target, chunk, static_cast<std::size_t>(got)) != got) return false;
   }
 }
 
-Copied copy(const char* sourcePath, const char* targetPath) {
-  if (!sourcePath || !targetPath) return Copied::kNothing;
+bool copy(const char* sourcePath, const char* targetPath, PartialTarget partialTarget) {
+  if (!sourcePath || !targetPath) return false;
   const Fd source(openFile(sourcePath, O_RDONLY));
-  if (!source) return Copied::kNothing;
-  const Fd target(openFile(targetPath, O_RDWR | O_CREAT | O_TRUNC, 0600));
-  return target ? copyBytes(source.get(), target.get()) : Copied::kNothing;
-}
-
-// errno stays that of the write before it.
-void discard(const char* path) {
-  const ErrnoKeeper keeper;
-  (void)std::remove(path);
+  if (!source) return false;
+  {
+    const Fd target(openFile(targetPath, O_RDWR | O_CREAT | O_TRUNC, 0600));
+    if (!target) return false;
+    if (copyBytes(source.get(), target.get())) return true;
+  }
+  const ErrnoKeeper keepsThatOfTheWrite;
+  if (partialTarget == PartialTarget::kIsRemoved) (void)std::remove(targetPath);
+  return false;
 }
 
 }  // namespace
 
-// Kept: a partial target stays, unlike CopyFile's, and components look at how far it came (test
+// Kept: ZRCopyFile() leaves a partial target in place, CopyFile() removes it (test
 // Copy.TheEndsDifferWhenTheTargetFillsUp)
 int ZRCopyFile(const char* source, const char* target) {
-  return copy(source, target) == Copied::kAll;
+  return copy(source, target, PartialTarget::kStays);
 }
 
 int CopyFile(const char* source, const char* target) {
-  const Copied copied = copy(source, target);
-  if (copied == Copied::kPart) discard(target);
-  if (copied != Copied::kAll) return 0;
-  // Kept: open to all users and executable, since components install modules and scripts with it
-  // (test Copy.CopiesEverySize)
+  if (!copy(source, target, PartialTarget::kIsRemoved)) return 0;
+  // Kept: CopyFile() gives the finished target mode 0777 (test Copy.CopiesEverySize)
   ::chmod(target, 0777);
   return 1;
 }

@@ -1,12 +1,14 @@
 #include <sys/time.h>
 
+#include <ctime>
+
 #include "zrcommon/system.h"
 
 namespace {
 
 constexpr int kFirstYear = 1900;
 
-// Cut to 16 bits: sums wrap, whatever the C library's record holds.
+// The low 16 bits of the sum, which may wrap.
 unsigned short sum(int value, int offset) {
   return static_cast<unsigned short>(static_cast<unsigned int>(value) +
                                      static_cast<unsigned int>(offset));
@@ -18,8 +20,8 @@ int GetLocalTime(tagSYSTEMTIME* time) {
   if (!time) return 0;
   timeval now = {};
   if (::gettimeofday(&now, nullptr) == -1) return 0;
-  // Kept: not localtime_r, which need not notice that TZ was changed since the last call (test
-  // LocalTime.FollowsTheZone)
+  // Kept: GetLocalTime() calls localtime(), which reads TZ at every call; localtime_r() may not
+  // (test LocalTime.FollowsTheZone)
   const struct tm* const broken = std::localtime(&now.tv_sec);
   if (!broken) return 0;
   TmToSystemTime(broken, time);

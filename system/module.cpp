@@ -2,27 +2,24 @@
 
 #include <cstdio>
 
+#include "base/product_files.h"
 #include "zrcommon/logging.h"
 #include "zrcommon/system.h"
 
-namespace {
-
-constexpr char kModuleLog[] = "/zrcommon.log";
-
-}  // namespace
+using namespace zrcommon;
 
 void* ZRLoadLibrary(const char* name) {
   if (!name) {
-    WriteToLog(kModuleLog, "ZRLoadLibrary: Invalid parameters");
+    WriteToLog(kCommonLog, "ZRLoadLibrary: Invalid parameters");
     return nullptr;
   }
-  // The loader looks bare names up on the search path of the object that calls it, which has to
-  // be this library.
+  // The loader looks for a bare name in the search path of the object that calls dlopen(): the call
+  // must stay in this library.
   void* const module = ::dlopen(name, RTLD_NOW);
   if (!module) {
     (void)std::snprintf(szErrMsg, sizeof szErrMsg, "In ZRLoadLibrary(): dlopen Error!!!%s",
                         ::dlerror());
-    WriteToLog(kModuleLog, szErrMsg);
+    WriteToLog(kCommonLog, szErrMsg);
   }
   return module;
 }

@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 
@@ -22,8 +23,8 @@ int GetZrPath(char* buffer) {
   return 1;
 }
 
-// Kept: the link's text is not terminated and what the buffer held behind it counts as text, for
-// callers zero the buffer and take what fits (test Paths.AppPathStaysInsideItsBuffer)
+// Kept: GetAppPath() does not terminate the text of the link; what the buffer already holds after
+// it counts as part of the path (test Paths.AppPathStaysInsideItsBuffer)
 int GetAppPath(char* buffer, int bufferSize) {
   if (!buffer) return 0;
   const auto size = static_cast<std::size_t>(bufferSize);
@@ -34,8 +35,9 @@ int GetAppPath(char* buffer, int bufferSize) {
   return 1;
 }
 
-// Kept: a longer path is cut to 260 bytes, which can give a directory further up; only what the
-// caller's buffer would not hold is refused (test Paths.ModulePathCutsTheExecutablesPath)
+// Kept: GetModulePath() truncates the path of the executable to 260 bytes; the result of a longer
+// one can be a directory further up. It fails only if its result does not fit 260 bytes (test
+// Paths.ModulePathCutsTheExecutablesPath)
 int GetModulePath(char* buffer) {
   if (!buffer) return 0;
   char link[kProcPathBytes];

@@ -1,6 +1,6 @@
 #include "zrcommon/system.h"
 
-// Kept: finds nothing and touches nothing, but must be there for components to link (test
+// Kept: GetPid() returns 0 and neither reads nor writes its arguments (test
 // Process.GetPidFindsNothing)
 int GetPid(char*, int*) {
   return 0;

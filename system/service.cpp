@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -9,25 +10,27 @@ using namespace zrcommon;
 
 namespace {
 
-constexpr std::size_t kTextBytes = 1024;
+constexpr std::size_t kPathBytes = 1024;
+constexpr std::size_t kCommandBytes = 1024;
 
-enum Error : unsigned int { kNoError = 0, kNoScript = 120, kNoAction = 121 };
-enum ServiceAction : int { kStart = 1, kRestart = 2, kStop = 3, kStatus = 4 };
+enum Code : unsigned int { kSuccess = 0, kNoScript = 120, kNoAction = 121 };
 
-// Names go to a shell unquoted, so only what means nothing to it may pass.
+// The name goes to a shell unquoted, always after a directory: what a shell interprets only at the
+// beginning of a word ('~', '#', '=') or as a word of its own ('!', '}') means nothing there.
+// Braces open a list in some shells.
 bool isScriptName(const char* name) {
-  constexpr char kAllowed[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789._-+@";
-  const std::size_t length = std::strspn(name, kAllowed);
-  return length > 0 && name[length] == '\0' && std::strcmp(name, ".") != 0 &&
-         std::strcmp(name, "..") != 0;
+  constexpr char kInterpreted[] = "/ \t\n\"$&'()*;<>?[\\`{|";
+  return name[std::strcspn(name, kInterpreted)] == '\0' && std::strcmp(name, "") != 0 &&
+         std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0;
 }
 
-bool join(char (&to)[kTextBytes], const char* begin, const char* end) {
+template <std::size_t Size>
+bool join(char (&to)[Size], const char* begin, const char* end) {
   const int length = std::snprintf(to, sizeof to, "%s%s", begin, end);
   return 0 <= length && static_cast<std::size_t>(length) < sizeof to;
 }
 
-bool findScript(char (&path)[kTextBytes], const char* name) {
+bool findScript(char (&path)[kPathBytes], const char* name) {
   if (!isScriptName(name)) return false;
   return (join(path, "/etc/init.d/rc.d/", name) && exists(path)) ||
          (join(path, "/etc/init.d/", name) && exists(path));
@@ -35,20 +38,20 @@ bool findScript(char (&path)[kTextBytes], const char* name) {
 
 const char* argumentsFor(int action) {
   switch (action) {
-    case kStart:
+    case kServiceStart:
       return " start >/dev/null";
-    case kRestart:
+    case kServiceRestart:
       return " restart >/dev/null";
-    case kStop:
+    case kServiceStop:
       return " stop >/dev/null";
-    case kStatus:
+    case kServiceStatus:
       return " status >/dev/null";
     default:
       return nullptr;
   }
 }
 
-int fail(unsigned int* error, Error code) {
+int fail(unsigned int* error, Code code) {
   *error = code;
   return 0;
 }
@@ -56,15 +59,15 @@ int fail(unsigned int* error, Error code) {
 }  // namespace
 
 int HandleService(const char* serviceName, int action, unsigned int* error) {
-  *error = kNoError;
-  char script[kTextBytes];
+  *error = kSuccess;
+  char script[kPathBytes];
   if (!findScript(script, serviceName)) return fail(error, kNoScript);
   const char* const arguments = argumentsFor(action);
   if (!arguments) return fail(error, kNoAction);
-  char command[kTextBytes];
+  char command[kCommandBytes];
   if (!join(command, script, arguments)) return fail(error, kNoScript);
-  // Kept: the script's own result is not looked at; components ask for a service's state by other
-  // means (test Service.RunsTheScript)
+  // Kept: HandleService() returns 1 whatever the exit status of the script (test
+  // Service.RunsTheScript)
   [[maybe_unused]] const int status = std::system(command);
   return 1;
 }

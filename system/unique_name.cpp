@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -18,8 +19,7 @@ const char* usableExtension(const char* extension) {
                                                                                  : "tmp";
 }
 
-// The path of the next name, in which the name begins behind the directory. False if it is too
-// long, which no other draw changes.
+// Draws a name and joins its path. False if the path is too long, as every other draw's would be.
 bool draw(char (&path)[kPathBytes], const char* directory, const char* slash, const char* prefix,
           const char* extension) {
   const int first = std::rand() % kDraws;
@@ -37,7 +37,7 @@ int GetUniqueFileName(const char* directory, const char* prefix, const char* ext
   const std::size_t length = std::strlen(directory);
   const char* const slash = length && directory[length - 1] == '/' ? "" : "/";
   char path[kPathBytes];
-  // Kept: no limit on the attempts, since no caller is ready for a directory that is full (test
+  // Kept: GetUniqueFileName() draws until it finds a free name, without a limit (test
   // UniqueName.DrawsUntilANameIsFree)
   do {
     if (!draw(path, directory, slash, prefix, usableExtension(extension))) return 0;

@@ -1,13 +1,11 @@
 #include <zrcommon/profile.h>
 
-#include <utility>
-
-#include "support/failing_memory.h"
-#include "support/syscalls.h"
+#include "support/calls.h"
 #include "support/test.h"
 
 namespace {
 
+const S kPath = kScratch + "p";
 const S kLong(300, 'n');
 const S kCut(256, 'n');
 
@@ -18,17 +16,17 @@ std::vector<S> formsOf(const S& text) {
   return {text, crLf, text.substr(0, text.empty() ? 0 : text.size() - 1)};
 }
 
-// The error code and the value, in one text.
-S read(const S& path, const S& section, const S& key) {
+// The error code and the value or the default, in one text.
+S read(const S& section, const S& key, const S& path = kPath) {
   char out[1025] = {};
   unsigned int error = 999;
-  const int result = GetPrivateProfileString(section.c_str(), key.c_str(), "", out, sizeof out,
+  const int result = GetPrivateProfileString(section.c_str(), key.c_str(), "none", out, sizeof out,
                                              path.c_str(), &error);
   EXPECT_EQ(error == 0 ? 0 : -1, result);
   return std::to_string(error) + " " + out;
 }
 
-unsigned int write(const S& path, const S& section, const S& key, const S& value) {
+unsigned int write(const S& section, const S& key, const S& value, const S& path = kPath) {
   unsigned int error = 999;
   const int result =
       WritePrivateProfileString(section.c_str(), key.c_str(), value.c_str(), path.c_str(), &error);
@@ -45,58 +43,55 @@ TEST(ProfileReading, Entries) {
       {"[net]\nEmpty=\nb=1\n", "net", "empty", "0 "},
       {"[]\n=v\n", " ", " ", "0 v"},
       {"[" + kCut + "]\n" + kCut + "=v\n", kLong, kLong, "0 v"},
-      {"[net]\na=1\n\t\nb=1\n", "net", " ", "201 "},
-      {"[net]\n#a=1\n;a=1\nab=1\n[x]\na=1\n", "net", "a", "202 "},
-      {"[net]\n#a=1\n;a=1\n", "net", ";a", "202 "},
-      {"[net]\nb=1\n[net]\na=1\n", "net", "a", "202 "},
-      {"[net]\nb=1\n[broken\na=1\n", "net", "a", "202 "},
-      {"[" + kLong + "]\n#[net]\nx[net]\n[net\n[[net]\n", "net", "a", "204 "},
-      {"\xEF\xBB\xBF[net]\na=1\n", "net", "a", "204 "},
-      {"[net]\na=1\n", "net", "", "203 "},
-      {"", "", "", "205 "},
+      {"[net]\nk=" + S(1018, 'v') + "\n", "net", "k", "0 " + S(1018, 'v')},
+      {"[net]\na=1\n\t\nb=1\n", "net", " ", "201 none"},
+      {"[net]\n#a=1\n;a=1\nab=1\n[x]\na=1\n", "net", "a", "202 none"},
+      {"[net]\n#a=1\n;a=1\n", "net", ";a", "202 none"},
+      {"[net]\nb=1\n[net]\na=1\n", "net", "a", "202 none"},
+      {"[net]\nb=1\n[broken\na=1\n", "net", "a", "202 none"},
+      {"[" + kLong + "]\n#[net]\nx[net]\n[net\n[[net]\n", "net", "a", "204 none"},
+      {"\xEF\xBB\xBF[net]\na=1\n", "net", "a", "204 none"},
+      {"[net]\na=1\n", "net", "", "203 none"},
+      {"", "", "", "205 none"},
       {"\0[net]\n[n\0]\n [net]\0\na=1\0=2\nb=3\n"s, "net", "a", "0 1"}};
-  const ScratchDirectory scratch;
   for (const auto& [file, section, key, expected] : rows)
     for (const S& form : formsOf(file)) {
-      putFile(scratch / "p", form);
-      EXPECT_EQ(expected, read(scratch / "p", section, key)) << form;
+      putFile(kPath, form);
+      EXPECT_EQ(expected, read(section, key)) << form;
     }
 }
 
 TEST(ProfileReading, Numbers) {
-  const ScratchDirectory scratch;
-  putFile(scratch / "p", "[s]\na= 12abc\nb=0x10\nc=-5\nd=\ne\n");
+  putFile(kPath, "[s]\na= 12abc\nb=0x10\nc=-5\nd=\ne\n");
   for (const auto& [key, expected, code] : Rows<const char*, int, unsigned int>{
            {"a", 12, 0}, {"b", 0, 0}, {"c", -5, 0}, {"d", 7, 201}, {"e", 7, 201}, {"x", 7, 202}}) {
     unsigned int error = 999;
-    EXPECT_EQ(expected, GetPrivateProfileInt("s", key, 7, (scratch / "p").c_str(), &error)) << key;
+    EXPECT_EQ(expected, GetPrivateProfileInt("s", key, 7, kPath.c_str(), &error)) << key;
     EXPECT_EQ(code, error) << key;
   }
 }
 
 TEST(ProfileReading, LongLinesCountAsSeveral) {
-  const ScratchDirectory scratch;
   // A blank line follows where the line feed alone is left over.
   for (const std::size_t length : {1022U, 1023U, 1024U}) {
-    putFile(scratch / "p", "[net]\n" + S(length, 'x') + "\nb=2\n");
-    EXPECT_EQ(length == 1023 ? "201 " : "202 ", read(scratch / "p", "net", " ")) << length;
+    putFile(kPath, "[net]\n" + S(length, 'x') + "\nb=2\n");
+    EXPECT_EQ(length == 1023 ? "201 none" : "202 none", read("net", " ")) << length;
   }
-  // A header stands behind nothing but the blanks of its piece.
+  // Only blanks of its own piece may stand before a header.
   for (const std::size_t length : {1020U, 1021U, 1023U, 1024U, 1023U * 33, 1023U * 99 + 1}) {
-    putFile(scratch / "p", "[x]\n" + S(length, '[') + "  [net]\na=1\n");
-    EXPECT_EQ((length + 2) % 1023 <= 2 ? "0 1" : "204 ", read(scratch / "p", "net", "a")) << length;
+    putFile(kPath, "[x]\n" + S(length, '[') + "  [net]\na=1\n");
+    EXPECT_EQ((length + 2) % 1023 <= 2 ? "0 1" : "204 none", read("net", "a")) << length;
   }
 }
 
 TEST(ProfileReading, OutputKeepsItsLastByte) {
-  const ScratchDirectory scratch;
-  putFile(scratch / "p", "[s]\na=123\n");
+  putFile(kPath, "[s]\na=123\n");
   const S expected[] = {"", "#", "1#", "12#", "123#", "123\0#"s, "123\0\0#"s};
   for (unsigned int size = 0; size < std::size(expected); ++size)
     for (const char* key : {"a", "missing"}) {
       Guarded out(size);
       unsigned int error = 0;
-      GetPrivateProfileString("s", key, "123", out.data(), size, (scratch / "p").c_str(), &error);
+      GetPrivateProfileString("s", key, "123", out.data(), size, kPath.c_str(), &error);
       EXPECT_EQ(expected[size], out.bytes());
     }
 }
@@ -106,33 +101,43 @@ TEST(ProfileReading, NullArgumentsTouchNothing) {
     char out[3] = "#";
     unsigned int error = 999;
     const auto arg = [&](int index, auto* value) { return index == null ? nullptr : value; };
-    EXPECT_EQ(-1, GetPrivateProfileString(arg(0, ""), arg(1, ""), arg(3, ""), arg(5, out), 3,
-                                          arg(2, ""), arg(4, &error)));
-    EXPECT_EQ(-1, WritePrivateProfileString(arg(0, ""), arg(1, ""), arg(3, ""), arg(2, ""),
-                                            arg(4, &error)));
-    EXPECT_EQ(null == 3 || null == 5 ? 7 : -1,
-              GetPrivateProfileInt(arg(0, ""), arg(1, ""), 7, arg(2, ""), arg(4, &error)));
-    EXPECT_EQ(null == 3 || null == 5 ? 205U : 999U, error);
+    const char *section = arg(0, ""), *key = arg(1, ""), *file = arg(2, ""), *value = arg(3, "");
+    unsigned int* const code = arg(4, &error);
+    EXPECT_EQ(-1, GetPrivateProfileString(section, key, value, arg(5, out), 3, file, code));
+    EXPECT_EQ(999U, error);
+    const bool isNumbers = null == 3 || null == 5;
+    EXPECT_EQ(isNumbers ? 7 : -1, GetPrivateProfileInt(section, key, 7, file, code));
+    error = 999;
+    EXPECT_EQ(-1, WritePrivateProfileString(section, key, value, file, code));
+    EXPECT_EQ(null == 5 ? 205U : 999U, error);
     EXPECT_STREQ("#", out);
   }
 }
 
-TEST(ProfileReading, FilesThatGiveNoLine) {
-  const ScratchDirectory scratch;
-  EXPECT_EQ("102 ", read(scratch / "missing", "s", "k"));
-  EXPECT_EQ("204 ", read(scratch.path(), "s", "k"));
-  // What a failed read leaves unfinished, in the middle of a line, is not there.
-  putFile(scratch / "p", "[s]\n" + S(32760, '\n') + "k=1234\n");
-  trace([&] { putFile(scratch / "out", read(scratch / "p", "s", "k")); },
-        {{2, {Fault::kFails, EIO}}});
-  EXPECT_EQ("202 ", getFile(scratch / "out"));
+TEST(ProfileReading, BrokenOffReads) {
+  EXPECT_EQ("204 none", read("s", "k", kScratch));
+  // The line that a failed read leaves unfinished does not count.
+  putFile(kPath, "[s]\nk=1234\n");
+  watch([] { EXPECT_EQ("202 none", read("s", "k")); }, {Fault::kIsShort, 1, 0, "read", 8});
   int ends[2] = {};
   ASSERT_EQ(0, ::pipe2(ends, O_CLOEXEC | O_DIRECT));  // a read gives no more than one write took
   for (const S packet : {"[", "s]", "\n", "k", "=", "1\n", "l=2"})
     ASSERT_EQ(static_cast<ssize_t>(packet.size()), ::write(ends[1], packet.data(), packet.size()));
   ::close(ends[1]);
-  EXPECT_EQ("0 2", read("/proc/self/fd/" + std::to_string(ends[0]), "s", "l"));
+  EXPECT_EQ("0 2", read("s", "l", "/proc/self/fd/" + std::to_string(ends[0])));
   ::close(ends[0]);
+}
+
+// Wherever blocks of the file may end, header and entry are found, and the rest is kept.
+TEST(ProfileReading, EntriesLieAnywhere) {
+  const S tail = "  l = 2 \n" + S(5000, '\n');
+  for (std::size_t block = 1024; block <= 36 * 1024; block += 1024)
+    for (std::size_t start = block - 13; start <= block; ++start) {
+      putFile(kPath, S(start, '\n') + "[s]\nkey=12\n" + tail);
+      EXPECT_EQ("0 12", read("s", "key")) << start;
+      EXPECT_EQ(0U, write("s", "key", "v"));
+      EXPECT_TRUE(S(start, '\n') + "[s]\nkey=v\n" + tail == getFile(kPath)) << start;
+    }
 }
 
 TEST(ProfileWriting, Files) {
@@ -146,64 +151,59 @@ TEST(ProfileWriting, Files) {
       {" x \n[a]\n", " B ", "k", "   ", "x\n[a]\n[B]\nk=\n", ""},
       {"[a]\nx=1\n\n\n", "a", " ", "v", "[a]\nx=1\n=v\n", "\n"},
       {"", kLong, kLong, kLong, "[" + kCut + "]\n" + kCut + "=" + kCut + "\n", ""}};
-  const ScratchDirectory scratch;
   for (const auto& [before, section, key, value, head, tail] : rows)
     for (std::size_t form = 0; form < 3; ++form) {
-      putFile(scratch / "p", formsOf(before)[form]);
-      EXPECT_EQ(0U, write(scratch / "p", section, key, value));
-      EXPECT_EQ(head + formsOf(tail)[form], getFile(scratch / "p"));
-      EXPECT_FALSE(isThere(scratch / "p.tmp"));
+      putFile(kPath, formsOf(before)[form]);
+      putFile(kPath + ".tmp", S(2000, 't'));
+      EXPECT_EQ(0U, write(section, key, value));
+      EXPECT_EQ(head + formsOf(tail)[form], getFile(kPath));
+      EXPECT_EQ(0U, modeOf(kPath + ".tmp"));
     }
   const S half(1000, 'h');
-  putFile(scratch / "p", "a\0b\n[s]\n c \0d\nk=1\ne\0f\ng\n\0\n"s + half + '\0' + half + "\ni\0"s);
-  EXPECT_EQ(0U, write(scratch / "p", "s", "k", "v"));
-  EXPECT_EQ("a\n[s]\nc\nk=v\neg\n" + half + half.substr(22) + "\ni", getFile(scratch / "p"));
+  putFile(kPath, "a\0b\n[s]\n c \0d\nk=1\ne\0f\ng\n\0\n"s + half + '\0' + half + "\ni\0"s);
+  EXPECT_EQ(0U, write("s", "k", "v"));
+  EXPECT_EQ("a\n[s]\nc\nk=v\neg\n" + half + half.substr(22) + "\ni", getFile(kPath));
+  putFile(kPath, S(1500, 'x') + " [s]\n[s]\n");
+  EXPECT_EQ(0U, write("s", "k", "v"));
+  EXPECT_EQ(S(1023, 'x') + "\n" + S(477, 'x') + " [s]\n[s]\nk=v\n", getFile(kPath));
 }
 
 TEST(ProfileWriting, RefusalsLeaveTheProfileAlone) {
-  const ScratchDirectory scratch;
-  const S deep = scratch.path() + S(255 - scratch.path().size(), '/');
-  putFile(scratch / "p", "[s]\nk=1\n");
-  putFile(scratch / "q", "[s]\nk=1\n");
-  ASSERT_EQ(0, ::mkdir((scratch / "q.tmp").c_str(), 0700));
+  const S deep = kScratch + S(255 - kScratch.size(), '/'), other = kScratch + "q";
+  putFile(kPath, "[s]\nk=1\n");
+  putFile(other, "[s]\nk=1\n");
+  ASSERT_EQ(0, ::mkdir((other + ".tmp").c_str(), 0700));
+  const Files before = filesInPlaces();
   for (const auto& [path, section, key, value, error] :
-       Rows<S, S, S, S, unsigned int>{{scratch / "q", "s", "k", "v", 102},
-                                      {scratch / "missing", "s", "k", "v", 102},
+       Rows<S, S, S, S, unsigned int>{{other, "s", "k", "v", 102},
+                                      {kScratch + "missing", "s", "k", "v", 102},
                                       {deep + "/p", "s", "k", "v", 102},
-                                      {scratch / "p", "", "", "", 205},
-                                      {scratch / "p", "s", "", "", 203},
-                                      {scratch / "p", "s", "k", "", 206}})
-    EXPECT_EQ(error, write(path, section, key, value)) << path;
-  EXPECT_FALSE(isThere(scratch / "p.tmp") || isThere(scratch / "missing.tmp"));
-  EXPECT_EQ("[s]\nk=1\n[s]\nk=1\n", getFile(scratch / "p") + getFile(scratch / "q"));
-  EXPECT_EQ(0U, write(deep + "p", "s", "k", "v"));
-  EXPECT_EQ("[s]\nk=v\n", getFile(scratch / "p"));
+                                      {kPath, "", "", "", 205},
+                                      {kPath, "s", "", "", 203},
+                                      {kPath, "s", "k", "", 206}})
+    EXPECT_EQ(error, write(section, key, value, path)) << path;
+  EXPECT_EQ(before, filesInPlaces());
+  EXPECT_EQ(0U, write("s", "k", "v", deep + "p"));
+  EXPECT_EQ("[s]\nk=v\n", getFile(kPath));
 }
 
 TEST(ProfileWriting, ReplacesInTheAgreedOrder) {
-  const ScratchDirectory scratch;
-  putFile(scratch / "p", "[s]\n", 0600);
+  putFile(kPath, "[s]\n", 0600);
   const mode_t mask = ::umask(0002);
-  EXPECT_EQ("open open read read close write close unlink rename",
-            systemCallsOf([&] { write(scratch / "p", "s", "k", "v"); }));
+  const S calls = watch([] { write("s", "k", "v"); }).text();
   ::umask(mask);
-  EXPECT_EQ(0664U, modeOf(scratch / "p"));
-  const S path = scratch / "p";
-  char out[2] = {};
-  unsigned int error = 0;
-  allocationsUntilFailure = 1000;
-  WritePrivateProfileString("s", "k", "w", path.c_str(), &error);
-  GetPrivateProfileString("s", "k", "", out, sizeof out, path.c_str(), &error);
-  const int left = std::exchange(allocationsUntilFailure, -1);
-  EXPECT_EQ(1000, left) << "memory can run out";
+  EXPECT_EQ("open-r open-w", calls.substr(0, 13));
+  EXPECT_EQ("close write close remove rename", calls.substr(calls.size() - 31));
+  EXPECT_EQ(0664U, modeOf(kPath));
 }
 
 TEST(ProfileWriting, FullDiskGoesUnnoticed) {
-  const TinyFileSystem disk(2 * 4096);
-  const S before = "[s]\n" + S(4090, '\n');
-  putFile(disk / "p", before);
-  EXPECT_EQ(0U, write(disk / "p", "s", "k", "v"));
-  EXPECT_TRUE(before + "k=" == getFile(disk / "p"));
+  putFile(kPath, "[s]\nk=1\n");
+  const Calls calls = watch([] { write("s", "k", "v"); });
+  const auto first = std::find(calls.names.begin(), calls.names.end(), "write");
+  const auto place = static_cast<std::size_t>(first - calls.names.begin());
+  watch([] { EXPECT_EQ(0U, write("s", "k", "new")); }, {Fault::kIsShort, place, 0, "write", 6});
+  EXPECT_EQ("[s]\nk=", getFile(kPath));
 }
 
 TEST(ProfileLines, HelpersCutUpTheirLine) {
@@ -218,23 +218,22 @@ TEST(ProfileLines, HelpersCutUpTheirLine) {
   EXPECT_EQ(nullptr, GetSectionName(GuardedText("").get()));
   EXPECT_TRUE(!Trim(nullptr) && !GetSectionName(nullptr) && CompareKey(nullptr, "") == -1);
 
-  const auto compared = [](S line, const char* key) {
-    const int result = CompareKey(line.data(), key);
-    return line + "@" + std::to_string(result);
-  };
-  EXPECT_EQ("Port\0 \0 80=1@0"s, compared("Port  = 80=1", "pORT"));
-  EXPECT_EQ("\0\0@0"s, compared(" =", ""));
-  EXPECT_EQ("Port@0", compared("Port", "port"));
-  EXPECT_EQ("Ports@-1", compared("Ports", "port"));
-  EXPECT_EQ("a=1@-1", compared("a=1", nullptr));
-
-  const ScratchDirectory scratch;
-  std::FILE* const stream = std::fopen((scratch / "p").c_str(), "w");
+  for (const auto& [line, key, expected] :
+       Rows<S, const char*, S>{{"Port  = 80=1", "pORT", "Port\0 \0 80=1 is 0"s},
+                               {" =", "", "\0\0 is 0"s},
+                               {"Port", "port", "Port is 0"},
+                               {"Ports", "port", "Ports is -1"},
+                               {"a=1", nullptr, "a=1 is -1"}}) {
+    S changed = line;
+    const int result = CompareKey(changed.data(), key);
+    EXPECT_EQ(expected, changed + " is " + std::to_string(result));
+  }
+  std::FILE* const stream = std::fopen(kPath.c_str(), "w");
   char line[] = "ab\0##";
   WriteToFile(line, stream);
   WriteToFile(nullptr, stream);
   WriteToFile(line, nullptr);
   std::fclose(stream);
   EXPECT_EQ("ab\n\0#\0"s, S(line, sizeof line));
-  EXPECT_EQ("ab\n", getFile(scratch / "p"));
+  EXPECT_EQ("ab\n", getFile(kPath));
 }

@@ -1,31 +1,28 @@
 #include <zrcommon/network.h>
 
-#include <iostream>
-
 #include "tools/codes.h"
-#include "tools/json.h"
+#include "tools/commands.h"
+#include "tools/internet_library.h"
 
 namespace {
 
-void check(bool json) {
+constexpr unsigned int kNothingReached = 105;
+
+void check(Output& out) {
   unsigned int error = 0;
   const bool isReached = CheckInternetConnection(&error) == 1;
   const std::string reason = inWords(isReached ? CodeOf::kReached : CodeOf::kNotReached, error);
   const std::string line = std::string("result ") + (isReached ? "1" : "0") + ", code " +
                            std::to_string(error) + ": " + reason;
-  if (json)
-    printJson(JsonObject().add("reachable", isReached).add("code", error).add("reason", reason));
-  else if (isReached)
-    std::cout << line << '\n';
-  if (!isReached) throw Refusal(line);
+  out.result({{"reachable", isReached}, {"code", error}, {"reason", reason}});
+  if (isReached) return out.print(line + '\n');
+  const std::string problem = error == kNothingReached ? internetLibraryProblem() : "";
+  throw Refusal(line + (problem.empty() ? "" : ": " + problem) + "; see zrtool doctor", error, 0);
 }
 
 }  // namespace
 
-void addCheckCommand(CLI::App& app) {
-  auto* command =
-      app.add_subcommand("check", "Tell whether the internet is reachable, and if not, why");
-  auto json = std::make_shared<bool>(false);
-  command->add_flag("--json", *json, "Print a JSON object of reachable, code and reason");
-  command->callback([json] { check(*json); });
+void addCheckCommand(CLI::App& app, Output& out) {
+  app.add_subcommand("check", "Tell whether the internet is reachable, and if not, why")
+      ->callback([&out] { check(out); });
 }

@@ -38,7 +38,7 @@ const std::vector<CodeMeaning>& codeMeanings() {
       {Of::kFeature, 0, "the file is shorter than 11 bytes"},
       {Of::kFeature, 2, "the file is missing or cannot be opened"},
       {Of::kExitStatus, 0, "done"},
-      {Of::kExitStatus, 1, "the library said no"},
+      {Of::kExitStatus, 1, "refused or failed"},
       {Of::kExitStatus, 2, "bad usage"},
   };
   return meanings;
@@ -76,6 +76,7 @@ std::string inWords(CodeOf giver, unsigned int code) {
   return std::strerror(static_cast<int>(code));
 }
 
-Refusal refusal(CodeOf giver, unsigned int code, const std::string& subject) {
-  return Refusal("code " + std::to_string(code) + ": " + subject + ": " + inWords(giver, code));
+Refusal refusal(CodeOf giver, unsigned int code, const std::string& subject, int systemError) {
+  return {"code " + std::to_string(code) + ": " + subject + ": " + inWords(giver, code), code,
+          systemError};
 }

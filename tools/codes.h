@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/commands.h"
+#include "tools/refusal.h"
 
 /// Who gives a code: the same number means something else elsewhere.
 enum class CodeOf {
@@ -35,7 +35,7 @@ const char* nameOf(CodeOf giver);
 /// What the code means where it comes from this giver; what is no code of its own is errno's.
 std::string inWords(CodeOf giver, unsigned int code);
 
-/// "code 204: SUBJECT: there is no section of that name".
-Refusal refusal(CodeOf giver, unsigned int code, const std::string& subject);
+/// "code 204: SUBJECT: there is no section of that name", and the reason of the system, if known.
+Refusal refusal(CodeOf giver, unsigned int code, const std::string& subject, int systemError = 0);
 
 #endif  // ZRCOMMON_TOOLS_CODES_H

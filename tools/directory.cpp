@@ -1,21 +1,18 @@
 #include <zrcommon/network.h>
 
 #include <cstring>
-#include <fstream>
-#include <iostream>
-#include <iterator>
 #include <limits>
+#include <sstream>
 
-#include "base/install_path.h"
+#include "base/product_files.h"
 #include "network/directory_record.h"
 #include "tools/commands.h"
-#include "tools/json.h"
+#include "tools/input.h"
+#include "tools/new_file.h"
 
 using namespace zrcommon;
 
 namespace {
-
-constexpr InstallPath kInstalledFile(kDirectoryFileName);
 
 // A line of the text form: number, name and value with a tab after each of the first two.
 class TextLine {
@@ -64,70 +61,55 @@ class TextLine {
 };
 
 void pack(const std::string& file) {
+  std::istringstream lines(standardInput());
   std::string stored;
   std::size_t lineNumber = 0;
-  for (std::string line; std::getline(std::cin, line);) {
+  for (std::string line; std::getline(lines, line);) {
     DirectoryRecord record = TextLine(std::move(line), ++lineNumber).parse();
     swapStored(record);
     stored.append(reinterpret_cast<const char*>(&record), sizeof record);
   }
-  std::ofstream out(file, std::ios::binary);
-  out.write(stored.data(), static_cast<std::streamsize>(stored.size()));
-  if (!out.flush()) throw Refusal(file + " could not be written");
+  if (stored.empty()) throw Refusal("standard input is empty; nothing was written");
+  NewFile packed(file);
+  packed.write(stored);
+  packed.commit();
 }
 
 std::string textOf(const char (&field)[kDirectoryTextBytes]) {
   return {field, ::strnlen(field, sizeof field)};
 }
 
-// False if the record's texts hold what separates fields or lines.
-bool print(const DirectoryRecord& record) {
+// A tab in a name and a line feed in a text would read as other fields.
+bool fitsIntoALine(const std::string& name, const std::string& value) {
+  return (name + value).find('\n') == std::string::npos && name.find('\t') == std::string::npos;
+}
+
+// Returns what keeps the record from being printed as text.
+std::string print(const DirectoryRecord& record, std::size_t number, Output& out) {
   const std::string name = textOf(record.name);
   const std::string value = textOf(record.value);
-  if ((name + value).find('\n') != std::string::npos || name.find('\t') != std::string::npos)
-    return false;
-  std::cout << record.number << '\t' << name << '\t' << value << '\n';
-  return true;
+  const bool isPrinted = out.isJson || fitsIntoALine(name, value);
+  if (isPrinted)
+    out.entry({{"number", record.number}, {"name", name}, {"value", value}},
+              std::to_string(record.number) + '\t' + name + '\t' + value);
+  return isPrinted
+             ? ""
+             : "; record " + std::to_string(number) + " holds a tab in its name or a line feed";
 }
 
-JsonObject objectOf(const DirectoryRecord& record) {
-  return JsonObject()
-      .add("number", record.number)
-      .add("name", textOf(record.name))
-      .add("value", textOf(record.value));
-}
-
-// Looks at the first byte at first, since a stream's iterators throw where reading fails.
-std::string contentOf(const std::string& file) {
-  std::ifstream in(file, std::ios::binary);
-  in.peek();
-  if (!in.is_open() || in.bad()) throw Refusal(file + " cannot be read");
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
-struct ListArguments {
-  std::string file = kInstalledFile.get();
-  bool json = false;
-};
-
-void list(const ListArguments& arguments) {
-  const std::string stored = contentOf(arguments.file);
+void list(const std::string& file, Output& out) {
+  const std::string stored = InputFile(file).content();
   std::string problems;
-  std::vector<JsonObject> objects;
   std::size_t at = 0;
+  out.startList();
   for (DirectoryRecord record; at + sizeof record <= stored.size(); at += sizeof record) {
     std::memcpy(&record, stored.data() + at, sizeof record);
     swapStored(record);
-    if (arguments.json)
-      objects.push_back(objectOf(record));
-    else if (!print(record))
-      problems += "\n  record " + std::to_string(at / sizeof record + 1) +
-                  " holds a tab in its name or a line feed";
+    problems += print(record, at / sizeof record + 1, out);
   }
-  if (arguments.json) printJson(objects);
   if (at < stored.size())
-    problems += "\n  " + std::to_string(stored.size() - at) + " bytes at the end are no record";
-  if (!problems.empty()) throw Refusal("not all of " + arguments.file + " was listed:" + problems);
+    problems += "; " + std::to_string(stored.size() - at) + " bytes at the end are no record";
+  if (!problems.empty()) throw Refusal("not all of " + file + " was listed" + problems);
 }
 
 struct GetArguments {
@@ -135,34 +117,35 @@ struct GetArguments {
   std::string name;
 };
 
-void get(const GetArguments& arguments) {
+void get(const GetArguments& arguments, Output& out) {
   char value[kDirectoryTextBytes + 1] = {};
   if (!GetValueFromInfoEml(arguments.number, arguments.name.c_str(), value, sizeof value))
     throw Refusal("there is no entry " + std::to_string(arguments.number) + " named \"" +
-                  arguments.name + "\" in " + kInstalledFile.get() +
+                  arguments.name + "\" in " + kDirectoryPath.get() +
                   (arguments.number ? "" : ": number 0 is never found"));
-  std::cout << value << '\n';
+  out.result({{"value", value}}, value);
 }
 
 }  // namespace
 
-void addDirectoryCommands(CLI::App& app) {
+void addDirectoryCommands(CLI::App& app, Output& out) {
   auto* family = app.add_subcommand("directory", "The server address directory");
   requireAction(family);
 
   auto* listing =
       family->add_subcommand("list", "Print it as lines: number, tab, name, tab, value");
-  auto listed = std::make_shared<ListArguments>();
-  listing->add_option("FILE", listed->file, "Directory file")->capture_default_str();
-  listing->add_flag("--json", listed->json, "Print a JSON array of number, name and value");
-  listing->callback([listed] { list(*listed); });
+  auto listed = std::make_shared<std::string>(kDirectoryPath.get());
+  listing->add_option("FILE", *listed, "Directory file")->capture_default_str();
+  listing->callback([listed, &out] { list(*listed, out); });
 
   auto* getting =
       family->add_subcommand("get", "Print the value of an entry of the installed file");
   auto arguments = std::make_shared<GetArguments>();
-  getting->add_option("NUMBER", arguments->number, "Entry number")->required();
+  getting->add_option("NUMBER", arguments->number, "Entry number")
+      ->required()
+      ->transform(numberFrom(0, 0xFFFFFFFF));
   getting->add_option("NAME", arguments->name, "Entry name, in upper or lower case")->required();
-  getting->callback([arguments] { get(*arguments); });
+  getting->callback([arguments, &out] { get(*arguments, out); });
 
   auto* packing = family->add_subcommand(
       "pack", "Write a directory file from lines, as list prints them, on standard input");

@@ -1,9 +1,8 @@
 #include <cstring>
-#include <iostream>
 #include <optional>
 
 #include "tools/codes.h"
-#include "tools/json.h"
+#include "tools/commands.h"
 
 namespace {
 
@@ -11,11 +10,6 @@ struct Meaning {
   unsigned int code;
   std::string giver;
   std::string words;
-};
-
-struct ExplainArguments {
-  std::optional<unsigned int> code;
-  bool json = false;
 };
 
 std::vector<Meaning> meaningsOf(const std::optional<unsigned int>& code) {
@@ -30,29 +24,23 @@ std::vector<Meaning> meaningsOf(const std::optional<unsigned int>& code) {
   return meanings;
 }
 
-void explain(const ExplainArguments& arguments) {
-  const std::vector<Meaning> meanings = meaningsOf(arguments.code);
+void explain(const std::optional<unsigned int>& code, Output& out) {
+  const std::vector<Meaning> meanings = meaningsOf(code);
   if (meanings.empty())
-    throw Refusal("code " + std::to_string(*arguments.code) +
+    throw Refusal("code " + std::to_string(*code) +
                   " is none of the library's, of zrtool's or of the system's");
-  std::vector<JsonObject> objects;
-  for (const Meaning& each : meanings) {
-    if (arguments.json)
-      objects.push_back(
-          JsonObject().add("code", each.code).add("from", each.giver).add("meaning", each.words));
-    else
-      std::cout << each.code << "  " << each.giver << ": " << each.words << '\n';
-  }
-  if (arguments.json) printJson(objects);
+  for (const Meaning& each : meanings)
+    out.entry({{"code", each.code}, {"from", each.giver}, {"meaning", each.words}},
+              std::to_string(each.code) + "  " + each.giver + ": " + each.words);
 }
 
 }  // namespace
 
-void addExplainCommand(CLI::App& app) {
-  auto* command = app.add_subcommand(
-      "explain", "Say what a code means that the library, a component or zrtool gave");
-  auto arguments = std::make_shared<ExplainArguments>();
-  command->add_option("CODE", arguments->code, "The code; all of the library's, if there is none");
-  command->add_flag("--json", arguments->json, "Print a JSON array of code, from and meaning");
-  command->callback([arguments] { explain(*arguments); });
+void addExplainCommand(CLI::App& app, Output& out) {
+  auto* command =
+      app.add_subcommand("explain", "Say what a code of the library, a component or zrtool means");
+  auto code = std::make_shared<std::optional<unsigned int>>();
+  command->add_option("CODE", *code, "The code; without one, all codes of the library are listed")
+      ->transform(numberFrom(0, 0xFFFFFFFF));
+  command->callback([code, &out] { explain(*code, out); });
 }

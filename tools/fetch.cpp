@@ -1,12 +1,11 @@
 #include <zrcommon/network.h>
 
 #include <cstring>
-#include <fstream>
-#include <iostream>
 #include <vector>
 
 #include "tools/commands.h"
-#include "tools/progress.h"
+#include "tools/internet_library.h"
+#include "tools/new_file.h"
 
 namespace {
 
@@ -16,33 +15,39 @@ struct FetchArguments {
   unsigned int most = 64U << 20U;
 };
 
-void write(std::ostream& out, const std::string& name, const char* body, std::size_t length) {
-  out.write(body, static_cast<std::streamsize>(length));
-  if (!out.flush()) throw Refusal(name + " could not be written");
+// The library zeroes the buffer once it has read something, so this byte tells whether it has.
+constexpr char kUnread = 1;
+
+std::string whyNotFetched(const FetchArguments& arguments, const char* body) {
+  const std::string problem = internetLibraryProblem();
+  const std::string limit = "larger than " + std::to_string(arguments.most) + " bytes (--max)";
+  if (!problem.empty()) return problem;
+  if (*body == kUnread) return "the address could not be opened or read";
+  return *body == '\0' ? "the body is empty, begins with a zero byte, or is " + limit
+                       : "the body is " + limit;
 }
 
-bool receive(const std::string& url, std::vector<char>& body, unsigned int& received) {
-  const Progress progress("fetching");
-  unsigned int error = 0;
-  return ZRSendDataAndGetResponse(url.c_str(), body.data(), static_cast<unsigned int>(body.size()),
-                                  &received, &error) == 1;
-}
-
-void fetch(const FetchArguments& arguments) {
-  std::vector<char> body(std::size_t{arguments.most} + 1);
-  unsigned int received = 0;
-  if (!receive(arguments.url, body, received))
-    throw Refusal("nothing was fetched from " + arguments.url +
-                  ": the address could not be opened, its body is empty, or it is larger than " +
-                  std::to_string(arguments.most) +
-                  " bytes (--max); \"zrtool doctor\" checks the installation");
-  const std::size_t length = std::strlen(body.data());
-  if (arguments.output.empty()) {
-    write(std::cout, "standard output", body.data(), length);
-  } else {
-    std::ofstream file(arguments.output, std::ios::binary);
-    write(file, arguments.output, body.data(), length);
+void deliver(const std::string& file, std::string_view body, Output& out) {
+  if (file.empty()) {
+    out.result({{"body", body}});
+    return out.print(body);
   }
+  NewFile saved(file);
+  saved.write(body);
+  saved.commit();
+}
+
+void fetch(const FetchArguments& arguments, Output& out) {
+  std::vector<char> body(std::size_t{arguments.most} + 1);
+  body[0] = kUnread;
+  unsigned int received = 0;
+  unsigned int error = 0;
+  if (!ZRSendDataAndGetResponse(arguments.url.c_str(), body.data(),
+                                static_cast<unsigned int>(body.size()), &received, &error))
+    throw Refusal("nothing was fetched from " + arguments.url + ": " +
+                  whyNotFetched(arguments, body.data()) + "; see zrtool doctor");
+  const std::size_t length = std::strlen(body.data());
+  deliver(arguments.output, {body.data(), length}, out);
   if (length != received)
     throw Refusal(
         "the body holds zero bytes, which a text response cannot: " + std::to_string(length) +
@@ -51,7 +56,7 @@ void fetch(const FetchArguments& arguments) {
 
 }  // namespace
 
-void addFetchCommand(CLI::App& app) {
+void addFetchCommand(CLI::App& app, Output& out) {
   auto* command = app.add_subcommand("fetch", "Fetch the body of a web resource");
   auto arguments = std::make_shared<FetchArguments>();
   command->add_option("URL", arguments->url, "Full address")->required();
@@ -59,7 +64,7 @@ void addFetchCommand(CLI::App& app) {
       ->type_name("FILE");
   command->add_option("--max", arguments->most, "Largest body to accept, in bytes")
       ->capture_default_str()
-      ->check(CLI::Range(1U, 0xFFFFFFFEU))
+      ->transform(numberFrom(1, 0xFFFFFFFE))
       ->type_name("BYTES");
-  command->callback([arguments] { fetch(*arguments); });
+  command->callback([arguments, &out] { fetch(*arguments, out); });
 }

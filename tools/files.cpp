@@ -1,22 +1,15 @@
 #include <zrcommon/system.h>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <iostream>
 
-#include "base/file.h"
 #include "tools/commands.h"
-#include "tools/progress.h"
-
-using namespace zrcommon;
+#include "tools/input.h"
+#include "tools/new_file.h"
 
 namespace {
 
+constexpr mode_t kNewMode = 0600;
+constexpr mode_t kModeForAll = 0777;
 constexpr std::size_t kPatternMost = 2042;
 
 struct CopyArguments {
@@ -25,42 +18,49 @@ struct CopyArguments {
   bool isForAll = false;
 };
 
+bool isSame(const struct stat& one, const struct stat& other) {
+  return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
+// The library takes a failed read for the end of the source.
+void requireWhole(const CopyArguments& arguments, const InputFile& source, const NewFile& target) {
+  struct stat copied = {};
+  if (::stat(target.openPath().c_str(), &copied) != 0) throw systemRefusal(arguments.target);
+  if (copied.st_size < source.status().st_size)
+    throw Refusal(arguments.source + " was not copied: only " + std::to_string(copied.st_size) +
+                  " of its " + std::to_string(source.status().st_size) + " bytes could be read");
+}
+
 void copy(const CopyArguments& arguments) {
+  const InputFile source(arguments.source);
+  NewFile target(arguments.target, kNewMode);
+  if (target.replaced() && isSame(source.status(), *target.replaced()))
+    throw Refusal(arguments.source + " and " + arguments.target + " are the same file");
+  if (arguments.isForAll) target.setMode(kModeForAll);
   const auto copyFile = arguments.isForAll ? CopyFile : ZRCopyFile;
   errno = 0;
-  if (copyFile(arguments.source.c_str(), arguments.target.c_str())) return;
-  const std::string reason =
-      errno ? std::strerror(errno) : "the target took less than it was given";
-  throw Refusal(arguments.source + " was not copied to " + arguments.target + ": " + reason);
+  if (!copyFile(source.openPath().c_str(), target.openPath().c_str()))
+    throw systemRefusal(arguments.source + " was not copied to " + arguments.target);
+  requireWhole(arguments, source, target);
+  target.commit();
 }
 
 struct FindArguments {
   std::string pattern;
   std::string file;
-  bool json = false;
 };
-
-// The library's search moves the file's position, so that another thread can see how far it is.
-std::string howFarIn(const Fd& file) {
-  struct stat status = {};
-  if (::fstat(file.get(), &status) != 0 || status.st_size == 0) return "";
-  const off_t percent = 100 * ::lseek(file.get(), 0, SEEK_CUR) / status.st_size;
-  return ", " + std::to_string(std::min<off_t>(percent, 100)) + '%';
-}
 
 bool isLower(char c) {
   return 'a' <= c && c <= 'z';
 }
 
-// A file shorter than the overlap of two pieces ends the search with EINVAL.
-long long findFrom(const Fd& file, const FindArguments& arguments, long long start) {
+// A file that is shorter than the overlap of two pieces ends the search with EINVAL.
+long long findFrom(const InputFile& file, const FindArguments& arguments, long long start) {
   const auto* const pattern = reinterpret_cast<const unsigned char*>(arguments.pattern.data());
-  const Progress progress("searching", [&] { return howFarIn(file); });
+  const auto length = static_cast<int>(arguments.pattern.size());
   errno = 0;
-  const long long found =
-      SearchInFile(file.get(), pattern, static_cast<int>(arguments.pattern.size()), start);
-  if (found < 0 && errno != 0 && errno != EINVAL)
-    throw Refusal(arguments.file + ": " + std::strerror(errno));
+  const long long found = SearchInFile(file.descriptor(), pattern, length, start);
+  if (found < 0 && errno != 0 && errno != EINVAL) throw systemRefusal(arguments.file);
   return found;
 }
 
@@ -74,18 +74,15 @@ long long findFrom(const Fd& file, const FindArguments& arguments, long long sta
                      : ""));
 }
 
-void find(const FindArguments& arguments) {
+void find(const FindArguments& arguments, Output& out) {
   if (arguments.pattern.empty() || arguments.pattern.size() > kPatternMost)
     throw Refusal("a pattern has 1 to " + std::to_string(kPatternMost) + " bytes");
-  const Fd file(openFile(arguments.file.c_str(), O_RDONLY));
-  if (!file) throw Refusal(arguments.file + ": " + std::strerror(errno));
+  const InputFile file(arguments.file);
+  out.startList();
   long long found = findFrom(file, arguments, 0);
-  if (found < 0 && arguments.json) std::cout << "[]\n";
   if (found < 0) refuseAsNotFound(arguments);
-  const char* const separator = arguments.json ? ", " : "\n";
-  std::cout << (arguments.json ? "[" : "") << found;
-  while ((found = findFrom(file, arguments, found + 1)) >= 0) std::cout << separator << found;
-  std::cout << (arguments.json ? "]\n" : "\n");
+  for (; found >= 0; found = findFrom(file, arguments, found + 1))
+    out.entry(found, std::to_string(found));
 }
 
 void addCopy(CLI::App& app) {
@@ -95,28 +92,26 @@ void addCopy(CLI::App& app) {
   command->add_option("TARGET", arguments->target, "File to replace, or to create with mode 0600")
       ->required();
   command->add_flag("--for-all", arguments->isForAll,
-                    "Give the target mode 0777, and delete it if it cannot be written whole");
+                    "Give the target mode 0777, so that every local user can change it");
   command->callback([arguments] { copy(*arguments); });
 }
 
-void addFind(CLI::App& app) {
+void addFind(CLI::App& app, Output& out) {
   auto* command = app.add_subcommand(
-      "find",
-      "Print the offset of every place in a file where a pattern lies, overlapping ones included.\n"
-      "The file is upper-cased before it is compared and the pattern is not: upper-case letters "
-      "in\n"
+      "find", "Print the offset of every occurrence of a pattern in a file, overlapping ones too");
+  command->footer(
+      "The file is upper-cased before it is compared and the pattern is not: upper-case letters in "
       "the pattern match both cases, lower-case ones match nothing.");
   auto arguments = std::make_shared<FindArguments>();
   command->add_option("PATTERN", arguments->pattern, "1 to 2042 bytes, letters in upper case")
       ->required();
   command->add_option("FILE", arguments->file, "File to search")->required();
-  command->add_flag("--json", arguments->json, "Print a JSON array of the offsets");
-  command->callback([arguments] { find(*arguments); });
+  command->callback([arguments, &out] { find(*arguments, out); });
 }
 
 }  // namespace
 
-void addFileCommands(CLI::App& app) {
+void addFileCommands(CLI::App& app, Output& out) {
   addCopy(app);
-  addFind(app);
+  addFind(app, out);
 }

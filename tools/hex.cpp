@@ -2,14 +2,14 @@
 
 #include <cctype>
 
-#include "tools/commands.h"
+#include "tools/refusal.h"
 
 namespace {
 
 constexpr char kDigits[] = "0123456789abcdef";
 constexpr std::size_t kBytesInLine = 32;
 
-// The value of the digit at this place, past white space before it; -1 at the end.
+// Skips white space. Returns the value of the next digit, or -1 at the end.
 int nextDigit(const std::string& text, std::size_t& at) {
   while (at < text.size() && std::isspace(static_cast<unsigned char>(text[at]))) ++at;
   if (at == text.size()) return -1;
@@ -23,11 +23,14 @@ int nextDigit(const std::string& text, std::size_t& at) {
 
 }  // namespace
 
-void printHex(std::ostream& out, const unsigned char* bytes, std::size_t count) {
+std::string hexText(const unsigned char* bytes, std::size_t count) {
+  std::string text;
   for (std::size_t i = 0; i < count; ++i) {
-    const bool endsLine = i % kBytesInLine == kBytesInLine - 1 || i == count - 1;
-    out << kDigits[bytes[i] >> 4U] << kDigits[bytes[i] & 15U] << (endsLine ? "\n" : " ");
+    if (i > 0) text += i % kBytesInLine == 0 ? '\n' : ' ';
+    text += kDigits[bytes[i] >> 4U];
+    text += kDigits[bytes[i] & 15U];
   }
+  return text;
 }
 
 std::string parseHex(const std::string& text) {

@@ -1,14 +1,14 @@
 #ifndef ZRCOMMON_TOOLS_HEX_H
 #define ZRCOMMON_TOOLS_HEX_H
 
-#include <ostream>
+#include <cstddef>
 #include <string>
 
-/// Prints bytes as two-digit numbers, 32 a line.
-void printHex(std::ostream& out, const unsigned char* bytes, std::size_t count);
+/// Bytes as two-digit numbers, 32 on each line.
+std::string hexText(const unsigned char* bytes, std::size_t count);
 
 /// Reads two-digit numbers, with or without white space between them. Throws Refusal, naming the
-/// place, where there is anything else.
+/// place, if there is anything else.
 std::string parseHex(const std::string& text);
 
 #endif  // ZRCOMMON_TOOLS_HEX_H

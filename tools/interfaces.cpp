@@ -1,10 +1,10 @@
 #include <strings.h>
 #include <zrcommon/network.h>
 
-#include <iostream>
+#include <cerrno>
 
 #include "tools/codes.h"
-#include "tools/json.h"
+#include "tools/commands.h"
 
 namespace {
 
@@ -18,7 +18,7 @@ struct Link {
   std::string why;
 };
 
-// Tells why as well what GetFormattedMACAddress() decides.
+// Repeats the decision of GetFormattedMACAddress() and names the reason.
 class Judge {
  public:
   Link judge(const tagZR_ETHERNET_INTERFACES_INFO& interface) {
@@ -40,56 +40,37 @@ class Judge {
   int counted_ = 0;
 };
 
-void printText(const std::vector<Link>& links, bool why) {
-  for (const Link& link : links) {
-    std::cout << link.name << '\t' << (link.address.empty() ? "-" : link.address) << '\t'
-              << (link.isRunning ? "running" : "not running");
-    if (why) std::cout << '\t' << (link.counts ? "counts: " : "does not count: ") << link.why;
-    std::cout << '\n';
+void print(const Link& link, bool why, Output& out) {
+  Json object = {{"name", link.name}, {"address", nullptr}, {"running", link.isRunning}};
+  if (!link.address.empty()) object["address"] = link.address;
+  std::string line = link.name + '\t' + (link.address.empty() ? "-" : link.address) + '\t' +
+                     (link.isRunning ? "running" : "not running");
+  if (why) {
+    object.update({{"counts", link.counts}, {"why", link.why}});
+    line += (link.counts ? "\tcounts: " : "\tdoes not count: ") + link.why;
   }
+  out.entry(object, line);
 }
 
-void printObjects(const std::vector<Link>& links, bool why) {
-  std::vector<JsonObject> objects;
-  for (const Link& link : links) {
-    JsonObject object;
-    object.add("name", link.name);
-    if (link.address.empty())
-      object.add("address", nullptr);
-    else
-      object.add("address", link.address);
-    object.add("running", link.isRunning);
-    if (why) object.add("counts", link.counts).add("why", link.why);
-    objects.push_back(object);
-  }
-  printJson(objects);
-}
-
-struct InterfacesArguments {
-  bool json = false;
-  bool why = false;
-};
-
-void listInterfaces(const InterfacesArguments& arguments) {
+void listInterfaces(bool why, Output& out) {
   Interfaces interfaces;
   unsigned int error = 0;
+  errno = 0;
   if (!GetEthernetInterfacesDetails(interfaces, &error))
-    throw refusal(CodeOf::kLinks, error, "the links could not be listed");
-  std::vector<Link> links;
+    throw refusal(CodeOf::kLinks, error, "the links could not be listed", errno);
+  out.startList();
   Judge judge;
-  for (const auto& interface : interfaces) links.push_back(judge.judge(interface));
-  (arguments.json ? printObjects : printText)(links, arguments.why);
+  for (const auto& interface : interfaces) print(judge.judge(interface), why, out);
 }
 
 }  // namespace
 
-void addInterfacesCommand(CLI::App& app) {
+void addInterfacesCommand(CLI::App& app, Output& out) {
   auto* command =
       app.add_subcommand("interfaces", "List the links: name, hardware address, running or not");
-  auto arguments = std::make_shared<InterfacesArguments>();
-  command->add_flag("--json", arguments->json, "Print a JSON array; a missing address is null");
-  command->add_flag(
-      "--why", arguments->why,
-      "Say of each link whether it counts for the machine's three addresses, and why");
-  command->callback([arguments] { listInterfaces(*arguments); });
+  auto why = std::make_shared<bool>(false);
+  command->add_flag("--why", *why,
+                    "Say for each link whether it counts for the three addresses of the machine, "
+                    "and why");
+  command->callback([why, &out] { listInterfaces(*why, out); });
 }

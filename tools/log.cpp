@@ -1,3 +1,4 @@
+#include <sys/stat.h>
 #include <zrcommon/logging.h>
 
 #include <filesystem>
@@ -19,19 +20,28 @@ std::uintmax_t sizeOf(const std::string& file) {
   return missing ? 0 : size;
 }
 
-// The logger reports nothing, so the file has to tell whether the line arrived.
+// A named pipe would wait for a reader, and a device has no size.
+void requireRegular(const std::string& file) {
+  struct stat status = {};
+  if (::stat(file.c_str(), &status) != 0 || S_ISREG(status.st_mode)) return;
+  throw Refusal(file + " is not a regular file");
+}
+
+// The logger reports nothing, so the size of the file tells whether the line arrived.
 void log(const LogArguments& arguments) {
   if ((arguments.level & g_dwCurrentTraceLevel__) == 0)
     throw Refusal("level " + std::to_string(arguments.level) + " has no bit of the trace mask " +
                   std::to_string(g_dwCurrentTraceLevel__) + ": nothing was written");
+  requireRegular(arguments.file);
   const auto before = sizeOf(arguments.file);
   CZRLogger logger(arguments.file.c_str(), "zrtool", arguments.component.c_str());
+  errno = 0;
   logger.WriteToLog(arguments.level, static_cast<unsigned int>(arguments.message.size() + 1), "%s",
                     arguments.message.c_str());
   const auto expected = before + std::min<std::size_t>(arguments.component.size(), 259) + 1 +
                         arguments.message.size() + 2;
   if (sizeOf(arguments.file) < expected)
-    throw Refusal("the line could not be written whole to " + arguments.file);
+    throw systemRefusal("the line could not be written whole to " + arguments.file);
 }
 
 }  // namespace
@@ -43,6 +53,7 @@ void addLogCommand(CLI::App& app) {
   command->add_option("COMPONENT", arguments->component, "Starts the line")->required();
   command->add_option("MESSAGE", arguments->message, "The text of the line")->required();
   command->add_option("--level", arguments->level, "Level mask; the trace mask is 3")
-      ->capture_default_str();
+      ->capture_default_str()
+      ->transform(numberFrom(0, 0xFFFFFFFF));
   command->callback([arguments] { log(*arguments); });
 }

@@ -1,37 +1,18 @@
-#include <strings.h>
+#include "tools/profile_lint.h"
 
 #include <cctype>
-#include <map>
 
-#include "profile/error.h"
-#include "profile/line_source.h"
-#include "tools/codes.h"
-#include "tools/profile.h"
+#include "profile/line.h"
+#include "tools/profile_lines.h"
 
 using namespace zrcommon;
 
 namespace {
 
-constexpr std::size_t kNameLength = 256;
-constexpr std::size_t kShownLength = 40;
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::size_t kWritableLength = 256;
 
-struct IgnoringCase {
-  bool operator()(const std::string& one, const std::string& other) const {
-    return ::strcasecmp(one.c_str(), other.c_str()) < 0;
-  }
-};
-using FirstLines = std::map<std::string, std::size_t, IgnoringCase>;
-
-// Short enough for a line, and without what a terminal might obey.
-std::string quoted(std::string_view text) {
-  std::string shown(text.substr(0, kShownLength));
-  for (char& each : shown) each = std::iscntrl(static_cast<unsigned char>(each)) ? '?' : each;
-  return '"' + shown + (text.size() > kShownLength ? "...\"" : "\"");
-}
-
-std::string inLine(std::size_t line) {
-  return "line " + std::to_string(line);
+bool startsWith(std::string_view text, std::string_view start) {
+  return text.substr(0, start.size()) == start;
 }
 
 bool contains(std::string_view text, std::string_view part) {
@@ -45,108 +26,129 @@ bool looksCommented(std::string_view value) {
   return false;
 }
 
-std::string kindOf(std::string_view text) {
-  if (text.empty()) return "a blank line";
-  if (isComment(text)) return "a comment";
-  if (isHeader(text)) return sectionOf(text) ? "the header " + quoted(text) : "a broken header";
-  return valueOf(text) ? "an entry with the key " + quoted(keyOf(text)) : "an entry without \"=\"";
+bool isHexadecimal(std::string_view value) {
+  if (startsWith(value, "-") || startsWith(value, "+")) value.remove_prefix(1);
+  return value.size() > 2 && (startsWith(value, "0x") || startsWith(value, "0X")) &&
+         value.find_first_not_of("0123456789abcdefABCDEF", 2) == value.npos;
+}
+
+// With a byte order mark, or with every other byte zero in the first characters.
+bool isUtf16(std::string_view profile) {
+  if (startsWith(profile, "\xFF\xFE") || startsWith(profile, "\xFE\xFF")) return true;
+  return profile.size() >= 4 && (profile[0] == '\0') != (profile[1] == '\0') &&
+         (profile[0] == '\0') == (profile[2] == '\0') &&
+         (profile[1] == '\0') == (profile[3] == '\0');
+}
+
+bool endsLinesInCr(std::string_view profile) {
+  return contains(profile, "\r") && !contains(profile, "\n");
+}
+
+std::string kindOf(const ProfileLine& line) {
+  if (line.text.empty()) return "a blank line";
+  if (line.isHeader()) return "a header";
+  return line.isEntry() ? "an entry" : "a comment";
 }
 
 class Linter {
  public:
-  void look(std::string_view piece) {
-    const std::string_view text = textOf(piece);
-    lookAtBytes(piece);
-    if (isRest_) remark("the rest of the long line is read as " + kindOf(text));
-    if (isHeader(text))
-      lookAtHeader(text);
-    else if (!text.empty() && !isComment(text))
-      lookAtEntry(text);
-    isRest_ = piece.back() != '\n';
-    if (!isRest_) ++line_;
+  void look(const ProfileLine& line) {
+    line_ = line.number;
+    if (line.isRest)
+      error("long-line", "the rest of a line of more than 1023 characters is read as " +
+                             kindOf(line) + " of its own");
+    lookAtBytes(line);
+    lookWhetherHidden(line);
+    if (line.isHeader())
+      lookAtHeader(line);
+    else if (line.value && !isHeaderHidden_)
+      lookAtEntry(line);
   }
 
-  std::vector<Remark> remarks() const { return remarks_; }
+  void error(const char* code, const std::string& message) {
+    findings_.push_back({line_, Severity::kError, code, message});
+  }
+
+  std::vector<Finding> findings() const { return findings_; }
 
  private:
-  enum class Place { kBeforeSections, kSection, kUnreadSection };
+  void warn(const char* code, const std::string& message) {
+    findings_.push_back({line_, Severity::kWarning, code, message});
+  }
 
-  void remark(const std::string& text) { remarks_.push_back({line_, text}); }
-
-  void lookAtBytes(std::string_view piece) {
-    if (line_ == 1 && !isRest_ && piece.substr(0, kByteOrderMark.size()) == kByteOrderMark)
-      remark("a byte order mark belongs to the line and hides a header or comment behind it");
-    if (contains(piece, std::string_view("\0", 1)))
-      remark("a zero byte hides the rest of the line, and changes to the file lose it");
-    if (piece.back() == '\n')
-      lookAtEnding(piece.size() > 1 && piece[piece.size() - 2] == '\r');
-    else if (piece.size() == kPieceLength)
-      remark("the line is cut at 1023 characters");
+  void lookAtBytes(const ProfileLine& line) {
+    if (line_ == 1 && !line.isRest && startsWith(line.bytes, "\xEF\xBB\xBF"))
+      error("byte-order-mark",
+            "the byte order mark belongs to the line: a header or comment there is none");
+    if (contains(line.bytes, std::string_view("\0", 1)))
+      error("zero-byte", "the rest of the line is hidden by a zero byte, and lost in a change");
+    if (line.bytes.back() == '\n')
+      lookAtEnding(line.bytes.size() > 1 && line.bytes[line.bytes.size() - 2] == '\r');
   }
 
   void lookAtEnding(bool isCrLf) {
-    if (!firstEnding_) firstEnding_ = isCrLf;
-    if (*firstEnding_ == isCrLf || endingsAreMixed_) return;
+    if (!isFirstCrLf_) isFirstCrLf_ = isCrLf;
+    if (*isFirstCrLf_ == isCrLf || endingsAreMixed_) return;
     endingsAreMixed_ = true;
-    remark(isCrLf ? "ends in CR LF, the lines before it in LF"
-                  : "ends in LF, the lines before it in CR LF");
+    findings_.push_back({line_, Severity::kNote, "mixed-line-ends",
+                         isCrLf ? "the line ends in CR LF, the lines before it in LF"
+                                : "the line ends in LF, the lines before it in CR LF"});
   }
 
-  void lookAtHeader(std::string_view header) {
-    const auto name = sectionOf(header);
-    place_ = Place::kUnreadSection;
-    if (!name)
-      return remark("a header without \"]\" starts no section, but ends the one before it");
-    lookAtName(*name);
-    const auto [first, isNew] = sections_.emplace(*name, line_);
-    if (!isNew)
-      return remark("section " + quoted(*name) + " is read only where it comes first, in " +
-                    inLine(first->second));
-    place_ = Place::kSection;
-    keys_.clear();
+  // What is under a bad header is told once, there.
+  void lookWhetherHidden(const ProfileLine& line) {
+    const bool isTold = line.isEntry() && isHeaderHidden_;
+    if (line.isHeader()) isHeaderHidden_ = line.hidden != nullptr;
+    if (line.hidden && !isTold) error(line.hidden->code, line.whyHidden());
   }
 
-  void lookAtEntry(std::string_view entry) {
-    if (place_ == Place::kBeforeSections) return remark("is never read: no section has begun");
-    if (place_ == Place::kUnreadSection) return;
-    const std::string_view key = keyOf(entry);
-    lookAtName(key);
-    const auto [first, isNew] = keys_.emplace(key, line_);
-    if (!isNew)
-      return remark("key " + quoted(key) + " is read only where it comes first, in " +
-                    inLine(first->second));
-    if (const auto value = valueOf(entry))
-      lookAtValue(*value);
+  void lookAtHeader(const ProfileLine& header) {
+    const auto end = header.text.find(']');
+    if (end == header.text.npos) return;
+    if (header.section.empty()) error("empty-section", "the section has no name to ask for");
+    const std::string_view rest = trimmed(header.text.substr(end + 1));
+    if (rest.empty() || isComment(rest)) return;
+    if (contains(rest, "="))
+      error("entry-after-header", "an entry on the line of a header is ignored");
     else
-      remark("has no \"=\", so reading " + quoted(key) + " fails");
+      warn("text-after-header", "what follows the \"]\" is ignored");
   }
 
-  void lookAtName(std::string_view name) {
-    if (name.size() > kNameLength) remark("a name of more than 256 characters cannot be asked for");
+  void lookAtEntry(const ProfileLine& entry) {
+    const std::string_view value = *entry.value;
+    if (entry.key.empty()) error("no-key", "the entry has no key to ask for");
+    if (contains(value, "\"") || startsWith(value, "'"))
+      warn("quotes", "the quotes are part of the value");
+    if (looksCommented(value)) warn("comment-in-value", "the comment is part of the value");
+    if (isHexadecimal(value)) warn("hexadecimal", "read as a number, the value is 0");
+    if (!value.empty() && value.back() == '\\')
+      warn("backslash", "a backslash at the end does not continue the line");
+    if (value.size() > kWritableLength)
+      warn("long-value", "a value of more than 256 characters can be read, but not written");
   }
 
-  void lookAtValue(std::string_view value) {
-    if (contains(value, "\"") || value.substr(0, 1) == "'")
-      remark("the quotes are part of the value");
-    if (looksCommented(value)) remark("what looks like a comment is part of the value");
-  }
-
-  std::vector<Remark> remarks_;
+  std::vector<Finding> findings_;
   std::size_t line_ = 1;
-  bool isRest_ = false;
-  Place place_ = Place::kBeforeSections;
-  FirstLines sections_;
-  FirstLines keys_;
-  std::optional<bool> firstEnding_;
+  std::optional<bool> isFirstCrLf_;
   bool endingsAreMixed_ = false;
+  bool isHeaderHidden_ = false;
 };
 
 }  // namespace
 
-std::vector<Remark> lintProfile(const std::string& path) {
-  LineSource profile(path.c_str());
-  if (!profile) throw refusal(CodeOf::kProfile, kCannotOpen, path);
+const std::vector<std::string>& severityNames() {
+  static const std::vector<std::string> names = {"note", "warning", "error"};
+  return names;
+}
+
+std::vector<Finding> lintProfile(std::string_view profile) {
   Linter linter;
-  for (std::string_view piece; profile.next(piece);) linter.look(piece);
-  return linter.remarks();
+  if (isUtf16(profile)) {
+    linter.error("utf-16", "the file is UTF-16: the reader finds nothing in it");
+  } else if (endsLinesInCr(profile)) {
+    linter.error("cr-only", "lines that end in CR alone are one line to the reader");
+  } else {
+    for (const ProfileLine& line : profileLines(profile)) linter.look(line);
+  }
+  return linter.findings();
 }

@@ -2,55 +2,53 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
-#include <iostream>
 
-#include "tools/commands.h"
-#include "tools/profile.h"
+#include "tools/input.h"
+#include "tools/profile_views.h"
 
 namespace {
 
-struct Entry {
-  explicit Entry(const std::string& path) : isThere(::lstat(path.c_str(), &status) == 0) {}
-  bool isFile() const { return isThere && S_ISREG(status.st_mode); }
-
+// False if nothing has this name, throws if that cannot be known or it is no regular file.
+bool isThere(const std::string& path) {
   struct stat status = {};
-  bool isThere;
-};
-
-void require(bool isDone, const std::string& what) {
-  if (!isDone) throw Refusal(what + ": " + std::strerror(errno));
+  if (::lstat(path.c_str(), &status) != 0) {
+    if (errno != ENOENT) throw systemRefusal(path);
+    return false;
+  }
+  (void)InputFile(path);
+  return true;
 }
 
-// The profile goes before its copy does, so while it is there it is whole, and the copy need not
-// be.
-void keep(const std::string& file, const std::string& copy, const Entry& left, bool discard) {
-  const std::string state = file + " is whole, as it was before an interrupted change; " + copy;
-  if (!left.isFile()) throw Refusal(state + " is no regular file and stays");
+// The writer removes the profile only when the copy is done, so a profile that is there is the old
+// one.
+void keep(const std::string& file, const std::string& copy, bool discard, Output& out) {
+  const std::string state = file + " is as it was before an interrupted change; " + copy;
   if (!discard) throw Refusal(state + ", what that change left, may be a part only (--discard)");
-  require(std::remove(copy.c_str()) == 0, copy);
-  std::cout << file << " is whole; " << copy << " is removed\n";
+  if (std::remove(copy.c_str()) != 0) throw systemRefusal(copy);
+  out.result({{"file", file}, {"state", "discarded"}}, state + " is removed");
 }
 
-// An empty copy comes of a machine that went down, not of a writer that was ended.
-void finish(const std::string& file, const std::string& copy, const Entry& left) {
-  if (!left.isFile()) throw Refusal(file + " is missing, and " + copy + " is no regular file");
-  if (left.status.st_size == 0) throw Refusal(file + " is missing, and " + copy + " is empty");
-  require(::renameat2(AT_FDCWD, copy.c_str(), AT_FDCWD, file.c_str(), RENAME_NOREPLACE) == 0,
-          "renaming " + copy);
-  std::cout << file << " was missing; " << copy << ", which was whole, took its place\n";
+// An empty copy comes from a machine that went down, not from a writer that was ended.
+void finish(const std::string& file, const std::string& copy, Output& out) {
+  if (InputFile(copy).status().st_size == 0)
+    throw Refusal(file + " is missing, and " + copy + " is empty");
+  if (::renameat2(AT_FDCWD, copy.c_str(), AT_FDCWD, file.c_str(), RENAME_NOREPLACE) != 0)
+    throw systemRefusal("renaming " + copy);
+  out.result({{"file", file}, {"state", "restored"}},
+             file + " was missing; " + copy +
+                 " took its place. Look at its end: a disk that was full or a machine that went "
+                 "down may have truncated it.");
 }
 
 }  // namespace
 
-void recoverProfile(const std::string& file, bool discard) {
+void recoverProfile(const std::string& file, bool discard, Output& out) {
   const std::string copy = file + ".tmp";
-  const Entry profile(file);
-  const Entry left(copy);
-  if (!profile.isThere && !left.isThere) throw Refusal(file + " and " + copy + " are both missing");
-  if (!profile.isThere) return finish(file, copy, left);
-  if (left.isThere) return keep(file, copy, left, discard);
-  std::cout << file << " is whole, and no change of it was interrupted\n";
+  const bool isProfileThere = isThere(file);
+  const bool isCopyThere = isThere(copy);
+  if (!isProfileThere && !isCopyThere) throw Refusal(file + " and " + copy + " are both missing");
+  if (!isProfileThere) return finish(file, copy, out);
+  if (isCopyThere) return keep(file, copy, discard, out);
+  out.result({{"file", file}, {"state", "clean"}}, file + ": no change was interrupted");
 }

@@ -1,40 +1,35 @@
 #ifndef ZRCOMMON_TOOLS_REPORT_H
 #define ZRCOMMON_TOOLS_REPORT_H
 
-#include <iostream>
 #include <string>
-#include <vector>
 
-#include "tools/json.h"
+#include "tools/output.h"
 
-/// Prints one line a check, or all of them as JSON at the end, and counts what needs mending.
+/// What a check of the installation looked at.
+struct Check {
+  const char* id;
+  std::string path;
+};
+
+/// Prints one entry for each finding, and counts the problems.
 class Report {
  public:
-  explicit Report(bool json) : json_(json) {}
+  explicit Report(Output& out) : out_(out) {}
 
-  void good(const std::string& line) { add("ok", "ok       ", line); }
-  void note(const std::string& line) { add("note", "note     ", line); }
-  void bad(const std::string& line) {
-    add("problem", "PROBLEM  ", line);
-    ++problems_;
-  }
+  void good(const Check& check, const std::string& message);
+  void note(const Check& check, const std::string& message, const std::string& remedy = "");
 
-  void finish() const {
-    if (json_) printJson(objects_);
-  }
+  /// @param remedy  a command or a step that mends it
+  void bad(const Check& check, const std::string& message, const std::string& remedy);
+
   int problems() const { return problems_; }
 
  private:
-  void add(const char* status, const char* mark, const std::string& line) {
-    if (json_)
-      objects_.push_back(JsonObject().add("status", status).add("check", line));
-    else
-      std::cout << mark << line << std::endl;
-  }
+  void add(const char* status, const Check& check, const std::string& message,
+           const std::string& remedy);
 
-  bool json_;
+  Output& out_;
   int problems_ = 0;
-  std::vector<JsonObject> objects_;
 };
 
 #endif  // ZRCOMMON_TOOLS_REPORT_H

@@ -1,15 +1,18 @@
 #include <zrcommon/logging.h>
 #include <zrcommon/network.h>
 
+#include <cstdio>
+
 int main(int argc, char** argv) {
-  CZRLogger logger("component.log", "example", "UPDATE");
   char page[65536];
   unsigned int received = 0;
   unsigned int error = 0;
   if (argc < 2 || !ZRSendDataAndGetResponse(argv[1], page, sizeof page, &received, &error)) {
-    logger.WriteToLog(1, "nothing fetched from %s", argc < 2 ? "nowhere" : argv[1]);
+    std::puts("nothing fetched");
     return 1;
   }
-  logger.WriteToLog(2, "fetched %u bytes from %s", received, argv[1]);
+  std::printf("%u bytes: %s\n", received, page);
+  CZRLogger logger("component.log", "example", "UPDATE");
+  logger.WriteToLog(1, "fetched %u bytes", received);
   return 0;
 }

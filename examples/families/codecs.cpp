@@ -4,7 +4,7 @@
 #include <cstring>
 
 int main() {
-  CPHPOperations operations("8W371KJ05926143DCF57");  // both sides of an exchange need the same key
+  CPHPOperations operations("8W371KJ05926143DCF57");  // both sides need the same key
   char command[4096] = "http://server/list.php?product=12&version=7.1";
   if (!operations.ConvertToSecurePhpCommand(command, sizeof command)) return 1;
   std::printf("%s\n", command);

@@ -7,10 +7,10 @@ int main() {
   logger.WriteToLog(2, "%d files checked", 12);  // written: the trace mask is 3
   logger.WriteToLog(4, "not written");           // filtered before it is formatted
   g_dwCurrentTraceLevel__ |= 4;
-  logger.WriteToLog(4, 100000, "%s", "written now; for long messages, with a buffer's size");
+  logger.WriteToLog(4, 100000, "%s", "written now; the second argument sizes the buffer");
 
-  WriteToLog("plain.log", "a plain line, for a log that components of every user share");
-  WriteToLog("/no/such/directory/log", "lost");
-  std::printf("why the last one was lost: %u\n", GetLastError());
+  WriteToLog("plain.log", "a line without a component name");
+  WriteToLog("/no/such/directory/log", "not written");
+  std::printf("the last line was not written, errno %u\n", GetLastError());
   return 0;
 }

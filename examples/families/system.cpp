@@ -13,8 +13,9 @@ int main() {
   if (!GetUniqueFileName("/tmp", "upd", nullptr, name)) return 1;
   std::printf("%s is free\n", name);
 
-  if (!ZRLoadLibrary("/no/such/module.so")) std::printf("why: see /zrcommon.log\n");
+  if (!ZRLoadLibrary("/no/such/module.so")) std::printf("not loaded, see /zrcommon.log\n");
   unsigned int error = 0;
-  if (!HandleService("no-such-service", 4, &error)) std::printf("code %u\n", error);
+  if (!HandleService("no-such-service", kServiceStatus, &error))
+    std::printf("no such service, code %u\n", error);
   return error == 120 ? 0 : 1;
 }

@@ -8,7 +8,7 @@ namespace {
 constexpr std::string_view kProtocol = "HTTP/";
 constexpr std::string_view kEnd = "\r\n\r\n";
 
-// Interim answers and redirections stand before the header of the final answer.
+// True for the header of an interim response or a redirection that another header follows.
 bool isFollowedByAnother(std::string_view block, std::string_view rest) {
   const std::size_t status = block.find(' ');
   const bool interim = status != std::string_view::npos && status + 1 < block.size() &&

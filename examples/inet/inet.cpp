@@ -1,8 +1,8 @@
-// libinet.so for development: real web pages for libzrcommon, over libcurl.
+// A libinet.so for development that fetches real web pages with libcurl.
 //
-// The settings block is opaque here too. Two environment variables take the place of settings:
-// INET_CA_FILE names the certificates to trust, INET_STALL_SECONDS the time limit for a peer that
-// sends nothing (30).
+// It does not read the settings block. Two environment variables take its place: INET_CA_FILE names
+// the file of trusted certificates, and INET_STALL_SECONDS is the time limit for a peer that sends
+// nothing (30 seconds if it is not set).
 #include "examples/inet/inet.h"
 
 #include <memory>
@@ -11,14 +11,14 @@
 
 namespace {
 
-// libcurl's own lifetime is this module's.
+// Initialises libcurl when this module is loaded and cleans it up when the module is unloaded.
 struct CurlLibrary {
   CurlLibrary() { curl_global_init(CURL_GLOBAL_DEFAULT); }
   ~CurlLibrary() { curl_global_cleanup(); }
 };
 const CurlLibrary kCurlLibrary;
 
-// Callers are C; running out of memory is just another failure to them.
+// No exception may leave an entry point: the callers use C linkage.
 template <typename Action>
 int orOnException(int failure, Action action) {
   try {

@@ -10,25 +10,25 @@ struct tagZRINETCONFIG;
 
 extern "C" {
 
-/// Tells where the header of the answer in @p data ends and its body begins.
+/// Finds the end of the response header in @p data, where the body begins.
 ///
-/// @param dataSize    bytes at @p data; what the answer does not fill is zero
-/// @param header      gets the header's bytes, as many as fit; not terminated
+/// @param dataSize    bytes at @p data; bytes after the response are zeros
+/// @param header      gets as many bytes of the header as fit; not terminated
 /// @param headerSize  in: capacity of @p header in bytes; out: bytes written
 /// @return offset of the body; -1 if the header does not end in @p data
 int GetHeader(const char* data, unsigned int dataSize, char* header, std::size_t* headerSize);
 
-/// Opens an address and waits for its answer to begin.
+/// Opens an address and waits until its response begins.
 ///
-/// @param handle  zero; gets the connection, which InetCloseFile() releases
+/// @param handle  zero before the call; gets the connection, which InetCloseFile() releases
 /// @return 1 opened; 0 if the address is bad, the peer refuses or stalls, or the status is 400 or
-///         above; there is then nothing to close
+///         above: then there is no connection to close
 int InetOpenFile(const char* url, tagZRINETCONFIG* config, void** handle);
 
-/// Reads on: header and body as they came over the wire.
+/// Reads the next bytes of the response: the header and the body as received.
 ///
-/// @return bytes written to @p buffer, fewer than @p size only at the end; 0 at the end; -1 when
-///         the transfer broke off
+/// @return bytes written to @p buffer, fewer than @p size only at the end; 0 at the end; -1 if the
+///         transfer was interrupted
 int InetReadFile(void** handle, char* buffer, unsigned int size);
 
 /// Closes the connection. A zero handle is ignored. @return 1
@@ -36,7 +36,7 @@ int InetCloseFile(void** handle);
 
 /// Asks for a resource without fetching it.
 ///
-/// @return 1 it is there; 0 the server says that it is not; -1 there was no answer
+/// @return 1 it is present; 0 the server answered that it is not; -1 the server did not answer
 int IsInternetFilePresent(const char* url, tagZRINETCONFIG* config);
 
 }  // extern "C"

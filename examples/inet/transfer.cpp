@@ -9,7 +9,7 @@ namespace {
 constexpr std::size_t kBufferedBytes = 256 * 1024;
 constexpr int kPollMilliseconds = 1000;
 
-// Seconds without a byte after which a peer counts as stalled.
+// A peer that sends nothing for this many seconds counts as stalled.
 long stallSeconds() {
   const char* setting = std::getenv("INET_STALL_SECONDS");
   const long seconds = setting ? std::strtol(setting, nullptr, 10) : 0;

@@ -5,8 +5,8 @@
 
 #include <string>
 
-/// One request to a web server, read piece by piece: what the reader has not asked for yet stays
-/// with the peer, but for a small buffer.
+/// One request to a web server, read in pieces. At most a small buffer of data that the reader has
+/// not asked for is received ahead.
 class Transfer {
  public:
   enum class Kind { kFetch, kPresence };
@@ -16,13 +16,14 @@ class Transfer {
   Transfer(const Transfer&) = delete;
   Transfer& operator=(const Transfer&) = delete;
 
-  /// Waits until the body begins or everything is over. False if the transfer has failed by then.
+  /// Waits until the body begins or the transfer ends. False if the transfer failed.
   bool start();
 
-  /// Bytes written to @p buffer, all @p size of them but at the end; 0 at the end, -1 on failure.
+  /// Reads the next bytes. Returns the number of bytes written to @p buffer, fewer than @p size
+  /// only at the end; 0 at the end; -1 on failure.
   int read(char* buffer, unsigned int size);
 
-  /// The status of the answer; 0 without one.
+  /// The status of the response; 0 if there is none.
   long status() const;
 
  private:

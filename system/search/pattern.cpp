@@ -1,5 +1,6 @@
 #include "system/search/pattern.h"
 
+#include <cstddef>
 #include <cstring>
 
 #include "system/search/probe.h"
@@ -8,11 +9,14 @@ namespace zrcommon {
 
 namespace {
 
+// For a pattern of 16 bytes the table takes 0.7 of the probe's time in 64 KiB of random bytes.
 constexpr std::size_t kTablePattern = 16;
-// A table pays where the pattern is long or there is much to search: their product counts.
-constexpr std::size_t kTablePays = std::size_t{1} << 18U;
+// Making the table takes 60 to 100 ns. From here on it pays: in 4 KiB of random bytes the table
+// takes 0.84 of memmem()'s time for a pattern of 16 bytes and 0.5 for 200. Below, where the text
+// does not suit it, it would double the time.
+constexpr std::size_t kTableText = 4096;
 
-// Where a search that stopped at @p from went on to find something.
+// An offset in the text from one in the rest of the text that begins at @p from.
 std::size_t plus(std::size_t from, std::size_t found) {
   return found == std::string_view::npos ? found : from + found;
 }
@@ -26,17 +30,19 @@ std::size_t libraryFind(std::string_view text, std::string_view bytes) {
 }  // namespace
 
 Pattern::Pattern(std::string_view bytes, std::size_t toSearch) : bytes_(bytes) {
-  if (bytes.size() >= kTablePattern && toSearch >= kTablePays / bytes.size()) table_.emplace(bytes);
+  if (bytes.size() >= kTablePattern) {
+    if (toSearch >= kTableText) table_.emplace(bytes);
+  } else if (bytes.size() >= Probe::kLeastPattern) {
+    probe_.emplace(bytes, toSearch);
+  }
 }
 
-// A long pattern in a short text is left to the C library, which prepares less.
 std::size_t Pattern::find(std::string_view text) const {
   if (bytes_.empty() || bytes_.size() > text.size()) return std::string_view::npos;
   Progress progress;
   if (table_) progress = table_->find(text);
-  const bool probes =
-      bytes_.size() < kTablePattern ? bytes_.size() >= Probe::kLeastPattern : table_.has_value();
-  if (probes && !progress.isDone) progress = Probe(bytes_, text.size()).find(text, progress.offset);
+  if (table_ && !progress.isDone) progress = Probe(bytes_, text.size()).find(text, progress.offset);
+  if (probe_) progress = probe_->find(text, 0);
   if (progress.isDone) return progress.offset;
   return plus(progress.offset, libraryFind(text.substr(progress.offset), bytes_));
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 
@@ -9,31 +11,34 @@ namespace zrcommon {
 
 namespace {
 
-// What is spent on blocks and places that only look like a match, measured in blocks that do not.
-constexpr std::ptrdiff_t kCredit = 256;
-constexpr std::ptrdiff_t kBlockCost = 3;
+constexpr std::size_t kPlaces = 64;
+
+// The search gives up when candidates that are no match have cost more than this many blocks
+// without a candidate. With 256, 64 KiB of a text of period 44 took 1.3 times as long as memmem();
+// with 64 they take 1.05 times.
+constexpr std::ptrdiff_t kCredit = 64;
+// A block takes 5 ns. A comparison counts as two blocks, and as one more for each 64 bytes.
+constexpr std::ptrdiff_t kComparisonCost = 2;
 constexpr std::size_t kBytesComparedForOne = 64;
+// One byte of the pattern is counted for every 128 bytes to search, which take 10 ns.
 constexpr std::size_t kSearchedForOneLooked = 128;
 
-std::uint16_t pairAt(const char* bytes) {
-  std::uint16_t pair = 0;
-  std::memcpy(&pair, bytes, sizeof pair);
-  return pair;
-}
-
-// The last of the bytes that the pattern's beginning has fewest of. Looking at more of it than this
-// would cost more than the search gains.
+// Index of the last occurrence of the rarest byte in the pattern's prefix.
 std::size_t rarest(std::string_view pattern, std::size_t toSearch) {
   const std::size_t looked = std::clamp(toSearch / kSearchedForOneLooked, Probe::kLeastPattern,
                                         std::size_t{std::numeric_limits<std::uint8_t>::max()});
-  const std::string_view begin = pattern.substr(0, looked);
+  const std::string_view prefix = pattern.substr(0, looked);
   std::array<std::uint8_t, 256> counts = {};
-  for (const char byte : begin) ++counts[static_cast<unsigned char>(byte)];
-  const auto count = [&](std::size_t at) { return counts[static_cast<unsigned char>(begin[at])]; };
+  for (const char byte : prefix) ++counts[static_cast<unsigned char>(byte)];
+  const auto count = [&](std::size_t at) { return counts[static_cast<unsigned char>(prefix[at])]; };
   std::size_t best = 0;
-  for (std::size_t at = 1; at < begin.size(); ++at)
+  for (std::size_t at = 1; at < prefix.size(); ++at)
     if (count(at) <= count(best)) best = at;
   return best;
+}
+
+__m128i load(const char* from) {
+  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
 }
 
 }  // namespace
@@ -41,37 +46,23 @@ std::size_t rarest(std::string_view pattern, std::size_t toSearch) {
 Probe::Probe(std::string_view pattern, std::size_t toSearch)
     : pattern_(pattern),
       second_(std::max<std::size_t>(rarest(pattern, toSearch), 1) - 1),
-      firstPair_(pairAt(pattern.data())),
-      secondPair_(pairAt(pattern.data() + second_)) {}
+      bytes_{_mm_set1_epi8(pattern[0]), _mm_set1_epi8(pattern[1]), _mm_set1_epi8(pattern[second_]),
+             _mm_set1_epi8(pattern[second_ + 1])} {}
 
-// Plain loops without calls: the compiler makes vector instructions of them.
-std::size_t Probe::skipBlocks(const char* text, std::size_t at, std::size_t lastBlock) const {
-  const char a = pattern_[0];
-  const char b = pattern_[1];
-  const char c = pattern_[second_];
-  const char d = pattern_[second_ + 1];
-  for (;; at = std::min(at + kPlaces, lastBlock)) {
-    const char* const first = text + at;
+// One bit for each place at which the four bytes match.
+std::uint64_t Probe::candidates(const char* block) const {
+  std::uint64_t places = 0;
+  for (std::size_t at = 0; at < kPlaces; at += sizeof(__m128i)) {
+    const char* const first = block + at;
     const char* const second = first + second_;
-    unsigned char hit = 0;
-    for (std::size_t i = 0; i < kPlaces; ++i) {
-      const int isHit =
-          (first[i] == a) & (first[i + 1] == b) & (second[i] == c) & (second[i + 1] == d);
-      hit = static_cast<unsigned char>(hit | isHit);
-    }
-    if (hit) return at;
-    if (at == lastBlock) return std::string_view::npos;
+    const __m128i a = _mm_cmpeq_epi8(load(first), bytes_[0]);
+    const __m128i b = _mm_cmpeq_epi8(load(first + 1), bytes_[1]);
+    const __m128i c = _mm_cmpeq_epi8(load(second), bytes_[2]);
+    const __m128i d = _mm_cmpeq_epi8(load(second + 1), bytes_[3]);
+    const int matches = _mm_movemask_epi8(_mm_and_si128(_mm_and_si128(a, b), _mm_and_si128(c, d)));
+    places |= static_cast<std::uint64_t>(matches) << at;
   }
-}
-
-std::size_t Probe::findIn(const char* block, std::ptrdiff_t& credit) const {
-  credit -= kBlockCost;
-  for (std::size_t i = 0; i < kPlaces; ++i) {
-    if (pairAt(block + i) != firstPair_ || pairAt(block + i + second_) != secondPair_) continue;
-    if (std::memcmp(block + i, pattern_.data(), pattern_.size()) == 0) return i;
-    credit -= static_cast<std::ptrdiff_t>(1 + pattern_.size() / kBytesComparedForOne);
-  }
-  return std::string_view::npos;
+  return places;
 }
 
 Progress Probe::find(std::string_view text, std::size_t from) const {
@@ -79,14 +70,15 @@ Progress Probe::find(std::string_view text, std::size_t from) const {
   if (places < from + kPlaces) return Progress::gaveUp(from);
   const std::size_t lastBlock = places - kPlaces;
   std::ptrdiff_t credit = kCredit;
-  for (std::size_t at = from;;) {
-    const std::size_t block = skipBlocks(text.data(), at, lastBlock);
-    if (block == std::string_view::npos) return Progress::nothing();
-    credit += static_cast<std::ptrdiff_t>((block - at) / kPlaces);
-    const std::size_t found = findIn(text.data() + block, credit);
-    if (found != std::string_view::npos) return Progress::found(block + found);
-    if (block == lastBlock) return Progress::nothing();
-    at = std::min(block + kPlaces, lastBlock);
+  for (std::size_t at = from;; at = std::min(at + kPlaces, lastBlock), ++credit) {
+    for (std::uint64_t left = candidates(text.data() + at); left != 0; left &= left - 1) {
+      const std::size_t place = at + static_cast<unsigned>(__builtin_ctzll(left));
+      if (std::memcmp(text.data() + place, pattern_.data(), pattern_.size()) == 0)
+        return Progress::found(place);
+      credit -=
+          kComparisonCost + static_cast<std::ptrdiff_t>(pattern_.size() / kBytesComparedForOne);
+    }
+    if (at == lastBlock) return Progress::nothing();
     if (credit < 0) return Progress::gaveUp(at);
   }
 }

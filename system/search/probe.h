@@ -1,25 +1,18 @@
 #ifndef ZRCOMMON_SYSTEM_SEARCH_PROBE_H
 #define ZRCOMMON_SYSTEM_SEARCH_PROBE_H
 
+#include <emmintrin.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 
+#include "system/search/progress.h"
+
 namespace zrcommon {
 
-/// How far one way of searching came: to a result, or to the offset before which nothing matches.
-struct Progress {
-  bool isDone = false;
-  std::size_t offset = 0;
-
-  static Progress found(std::size_t at) { return {true, at}; }
-  static Progress nothing() { return {true, std::string_view::npos}; }
-  static Progress gaveUp(std::size_t at) { return {false, at}; }
-};
-
-/// Finds a pattern by four of its bytes, at 64 places at a time: its first two, and the byte that
-/// it has fewest of with the one before. (What a pattern repeats, a text is likely to repeat as
-/// well.)
+/// Finds a pattern by four of its bytes, at 64 places at a time: its first two, and its rarest byte
+/// with the one before. (What a pattern repeats, a text is likely to repeat as well.)
 class Probe {
  public:
   static constexpr std::size_t kLeastPattern = 2;
@@ -28,19 +21,15 @@ class Probe {
   /// @param toSearch  how many bytes will be searched in all
   Probe(std::string_view pattern, std::size_t toSearch);
 
-  /// The first match at or after @p from. Gives up where too many places look like one.
+  /// The first match at or after @p from. Gives up where too many places look like a match.
   Progress find(std::string_view text, std::size_t from) const;
 
  private:
-  static constexpr std::size_t kPlaces = 64;
-
-  std::size_t skipBlocks(const char* text, std::size_t at, std::size_t lastBlock) const;
-  std::size_t findIn(const char* block, std::ptrdiff_t& credit) const;
+  std::uint64_t candidates(const char* block) const;
 
   std::string_view pattern_;
   std::size_t second_;
-  std::uint16_t firstPair_;
-  std::uint16_t secondPair_;
+  __m128i bytes_[4];  // each of the four in all places of a vector
 };
 
 }  // namespace zrcommon

@@ -1,3 +1,6 @@
+#include <cstddef>
+#include <string_view>
+
 #include "system/search/pattern.h"
 #include "zrcommon/system.h"
 

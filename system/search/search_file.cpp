@@ -1,6 +1,9 @@
+#include <sys/types.h>
 #include <unistd.h>
 
+#include <cstddef>
 #include <limits>
+#include <string_view>
 
 #include "system/search/pattern.h"
 #include "zrcommon/strings.h"
@@ -15,13 +18,13 @@ constexpr std::size_t kChunkBytes = 2048;
 constexpr int kOverlapBeyondPattern = 5;
 constexpr int kPatternMost = static_cast<int>(kChunkBytes) - kOverlapBeyondPattern - 1;
 
-// One piece of a file at a time, in upper case.
+// One chunk of a file at a time, in upper case.
 class Chunk {
  public:
   explicit Chunk(int file) : file_(file) {}
 
-  // Reads the piece that begins at this place, which is relative to what whence says. False if
-  // there is no such place or fewer bytes than the least come back.
+  // Reads the chunk at this place, which is relative to whence. False if there is no such place or
+  // the read returns fewer bytes than the least.
   bool read(off_t place, int whence, ssize_t least) {
     position_ = ::lseek(file_, place, whence);
     if (position_ < 0) return false;
@@ -53,8 +56,8 @@ long long SearchInFile(int file, const unsigned char* pattern, int patternLength
       std::numeric_limits<std::size_t>::max());
   const int overlap = patternLength + kOverlapBeyondPattern;
   Chunk chunk(file);
-  // Kept: the pattern is compared as it is, so that its lower-case letters find nothing (test
-  // SearchInFile.OnlyTheFileIsUpperCased)
+  // Kept: SearchInFile() compares upper-cased bytes of the file with the pattern as it is, so a
+  // pattern with lower-case letters is never found (test Search.Rows)
   for (bool more = chunk.read(startOffset, SEEK_SET, 1); more;
        more = chunk.read(-overlap, SEEK_CUR, overlap + 1)) {
     const std::size_t found = search.find(chunk.text());

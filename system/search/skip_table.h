@@ -6,18 +6,19 @@
 #include <cstdint>
 #include <string_view>
 
-#include "system/search/probe.h"
+#include "system/search/progress.h"
 
 namespace zrcommon {
 
-/// Finds a pattern by looking up the four bytes under its end, after Horspool: bytes that the
-/// pattern holds nowhere let it move on by nearly its own length, so most of a text is never read.
+/// Horspool search over groups of four bytes: looks up the four bytes of the text below the end of
+/// the pattern. Where the pattern does not hold them, the search advances by nearly the length of
+/// the pattern, so most of the text is never read.
 class SkipTable {
  public:
   /// @param pattern  at least 5 bytes; must outlive this
   explicit SkipTable(std::string_view pattern);
 
-  /// The first match. Gives up where it cannot move on by much.
+  /// The first match. Gives up where it advances by few bytes at a time.
   Progress find(std::string_view text) const;
 
  private:
@@ -26,11 +27,11 @@ class SkipTable {
   static std::size_t slot(const char* gram);
 
   std::string_view pattern_;
-  std::size_t lastGram_;    // where the pattern's last four bytes begin in it
-  std::size_t reach_;       // how many of the places for four bytes are in the table
-  std::size_t skipAtLast_;  // how far to move on from the last four bytes
-  // For each four bytes where they are in the pattern last, counted from reach_ places before its
-  // last four; 0 if nowhere there.
+  std::size_t lastGram_;    // offset of the pattern's last four bytes
+  std::size_t reach_;       // how many offsets before lastGram_ the table covers
+  std::size_t skipAtLast_;  // advance after the last four bytes matched and the pattern did not
+  // For each four bytes, the offset of their last occurrence in the pattern, counted from
+  // lastGram_ - reach_; 0 if there is none. Patterns up to 255 bytes use all of their offsets.
   std::array<std::uint8_t, std::size_t{1} << kBits> places_ = {};
 };
 

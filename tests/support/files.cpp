@@ -1,21 +1,46 @@
 #include "support/files.h"
 
 #include <gtest/gtest.h>
-#include <sys/mount.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
 
-#include "support/sandbox.h"
+namespace {
+
+namespace fs = std::filesystem;
+
+std::set<fs::path> entries() {
+  std::set<fs::path> paths;
+  for (const std::string& place : {kScratch, kInstallation, kServices, kFirstServices})
+    for (const auto& entry : fs::directory_iterator(place)) paths.insert(entry.path());
+  paths.insert(kModuleLog);
+  paths.erase(kFirstServices.substr(0, kFirstServices.size() - 1));
+  return paths;
+}
+
+std::string describe(const fs::path& path) {
+  const std::string content = getFile(path);
+  const auto lines = std::count(content.begin(), content.end(), '\n');
+  char mode[8];
+  std::snprintf(mode, sizeof mode, " %04o", modeOf(path));
+  if (path == kModuleLog) return std::to_string(lines) + " lines" + mode;
+  if (content.size() > 30) return std::to_string(content.size()) + " bytes" + mode;
+  return "'" + content + "'" + mode;
+}
+
+}  // namespace
+
+void clearPlaces() {
+  for (const fs::path& path : entries()) fs::remove_all(path);
+}
 
 void putFile(const std::string& path, const std::string& content, unsigned int mode) {
-  std::ofstream file(path, std::ios::binary | std::ios::trunc);
-  file << content;
-  file.close();
-  ASSERT_TRUE(file) << path;
+  std::ofstream(path, std::ios::binary | std::ios::trunc) << content;
+  ASSERT_TRUE(getFile(path) == content) << path;
   ASSERT_EQ(0, ::chmod(path.c_str(), mode)) << path;
 }
 
@@ -24,30 +49,34 @@ std::string getFile(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-bool isThere(const std::string& path) {
-  return ::access(path.c_str(), F_OK) == 0;
-}
-
 unsigned int modeOf(const std::string& path) {
   struct stat status = {};
-  EXPECT_EQ(0, ::stat(path.c_str(), &status)) << path;
+  ::stat(path.c_str(), &status);
   return status.st_mode & 07777;
 }
 
-ScratchDirectory::ScratchDirectory() : path_(std::string(kScratch) + "/XXXXXX") {
-  EXPECT_NE(nullptr, ::mkdtemp(path_.data()));
+Files filesInPlaces() {
+  Files found;
+  for (const fs::path& path : entries())
+    if (fs::is_regular_file(path)) found[path.filename()] = describe(path);
+  return found;
 }
 
-ScratchDirectory::~ScratchDirectory() {
-  std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
+std::string changesSince(const Files& before) {
+  const Files after = filesInPlaces();
+  std::string text;
+  for (const auto& [name, content] : after)
+    if (before.count(name) == 0 || before.at(name) != content) text += " " + name + " " + content;
+  for (const auto& [name, content] : before)
+    if (after.count(name) == 0) text += " no " + name;
+  return text;
 }
 
-TinyFileSystem::TinyFileSystem(unsigned int bytes) {
-  const std::string size = "size=" + std::to_string(bytes);
-  EXPECT_EQ(0, ::mount("tmpfs", directory_.path().c_str(), "tmpfs", 0, size.c_str()));
-}
-
-TinyFileSystem::~TinyFileSystem() {
-  ::umount2(directory_.path().c_str(), MNT_DETACH);
+std::string directoryRecord(unsigned int number, std::string name, std::string value) {
+  name.resize(260);
+  value.resize(260);
+  std::string record(reinterpret_cast<const char*>(&number), sizeof number);
+  record += name + value;
+  for (char& byte : record) byte = static_cast<char>((byte & 0xF) << 4 | (byte >> 4 & 0xF));
+  return record;
 }

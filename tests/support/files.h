@@ -1,10 +1,17 @@
 #ifndef ZRCOMMON_TESTS_SUPPORT_FILES_H
 #define ZRCOMMON_TESTS_SUPPORT_FILES_H
 
+#include <map>
 #include <string>
 
-/// Where the library expects the product's files, with the slash.
+/// Places of the sandbox that every test finds empty, each with its slash.
+inline const std::string kScratch = "/scratch/";
 inline const std::string kInstallation = "/usr/lib/Valdrix/Valdrix/";
+inline const std::string kServices = "/etc/init.d/";
+inline const std::string kFirstServices = "/etc/init.d/rc.d/";
+inline const std::string kModuleLog = "/zrcommon.log";
+
+void clearPlaces();
 
 /// Creates or replaces a file. Fails the test if it cannot.
 void putFile(const std::string& path, const std::string& content, unsigned int mode = 0644);
@@ -12,39 +19,18 @@ void putFile(const std::string& path, const std::string& content, unsigned int m
 /// The whole file; empty if there is none.
 std::string getFile(const std::string& path);
 
-bool isThere(const std::string& path);
-
-/// Permission bits, such as 0644.
+/// Permission bits, such as 0644; 0 if there is no file.
 unsigned int modeOf(const std::string& path);
 
-/// A fresh, empty directory, removed with all it holds at the end of the scope.
-class ScratchDirectory {
- public:
-  ScratchDirectory();
-  ~ScratchDirectory();
-  ScratchDirectory(const ScratchDirectory&) = delete;
-  ScratchDirectory& operator=(const ScratchDirectory&) = delete;
+/// What the places hold, by name: content and mode. Of a long content it is the size, and of the
+/// module log, whose texts differ by machine, the number of lines.
+using Files = std::map<std::string, std::string>;
+Files filesInPlaces();
 
-  /// The path of an entry of this name.
-  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
-  const std::string& path() const { return path_; }
+/// " name content mode" for each file that is new or changed, " no name" for each that is gone.
+std::string changesSince(const Files& before);
 
- private:
-  std::string path_;
-};
-
-/// A real file system of @p bytes (a few pages), mounted for the scope: it fills up.
-class TinyFileSystem {
- public:
-  explicit TinyFileSystem(unsigned int bytes);
-  ~TinyFileSystem();
-  TinyFileSystem(const TinyFileSystem&) = delete;
-  TinyFileSystem& operator=(const TinyFileSystem&) = delete;
-
-  std::string operator/(const std::string& name) const { return directory_ / name; }
-
- private:
-  ScratchDirectory directory_;
-};
+/// A record of the server address directory as it is stored: each byte with its halves swapped.
+std::string directoryRecord(unsigned int number, std::string name, std::string value);
 
 #endif  // ZRCOMMON_TESTS_SUPPORT_FILES_H

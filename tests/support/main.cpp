@@ -1,11 +1,46 @@
+// Runs a program's tests, each on empty places.
 #include <gtest/gtest.h>
+#include <link.h>
 
-#include "support/footprint.h"
-#include "support/sandbox.h"
+#include <cstdlib>
+#include <filesystem>
+
+#include "support/files.h"
+
+namespace {
+
+// The open descriptors and the loaded modules.
+std::string holdings() {
+  const std::filesystem::directory_iterator descriptors("/proc/self/fd");
+  const auto countModules = [](dl_phdr_info* info, std::size_t, void* count) {
+    *static_cast<long long*>(count) = static_cast<long long>(info->dlpi_adds - info->dlpi_subs);
+    return 1;
+  };
+  long long modules = 0;
+  ::dl_iterate_phdr(countModules, &modules);
+  return std::to_string(std::distance(begin(descriptors), end(descriptors))) + " descriptors, " +
+         std::to_string(modules) + " modules";
+}
+
+class CleanTests : public testing::EmptyTestEventListener {
+  void OnTestStart(const testing::TestInfo&) override {
+    clearPlaces();
+    before_ = holdings();
+  }
+  void OnTestEnd(const testing::TestInfo&) override {
+    EXPECT_EQ(before_, holdings()) << "the test leaves something open";
+  }
+  std::string before_;
+};
+
+}  // namespace
 
 int main(int argc, char** argv) {
+  if (!std::getenv("ZRCOMMON_SANDBOX")) {
+    std::fprintf(stderr, "%s: run me with tests/support/sandbox\n", argv[0]);
+    return 3;
+  }
   testing::InitGoogleTest(&argc, argv);
-  enterSandbox();
-  testing::UnitTest::GetInstance()->listeners().Append(new FootprintCheck);
+  testing::UnitTest::GetInstance()->listeners().Append(new CleanTests);
   return RUN_ALL_TESTS();
 }

@@ -1,0 +1,168 @@
+#include "support/calls.h"
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+
+std::deque<std::string> datagrams;
+std::string lastSent;
+std::size_t lastReceiveBytes = 0;
+const timeval* testClock = nullptr;
+std::string testLink;
+
+namespace {
+
+Calls* watched = nullptr;
+Fault fault;
+int allocationsUntilFailure = -1;
+
+Fault::Kind fateOf(const char* name) {
+  if (!watched) return Fault::kNone;
+  const std::size_t place = watched->names.size();
+  watched->names.emplace_back(name);
+  if (fault.kind == Fault::kNone || place < fault.place) return Fault::kNone;
+  const bool isLater = place > fault.place;
+  if (isLater && fault.alsoFailing.find(name) == std::string::npos) return Fault::kNone;
+  if (isLater || fault.kind == Fault::kFails) errno = isLater ? EIO : fault.error;
+  return isLater ? Fault::kFails : fault.kind;
+}
+
+// Makes the call for @p count bytes, or what becomes of it.
+template <typename Call>
+long passBytes(const char* name, std::size_t count, Call call) {
+  const Fault::Kind fate = fateOf(name);
+  if (fate == Fault::kEndsTheProcess) ::_exit(0);
+  if (fate == Fault::kFails) return -1;
+  if (fate == Fault::kWritesNothing) return 0;
+  return call(fate == Fault::kIsShort ? std::min(count, fault.bytes) : count);
+}
+
+template <typename... Arguments>
+int pass(const char* name, long number, Arguments... arguments) {
+  const auto call = [&](std::size_t) { return ::syscall(number, arguments...); };
+  return static_cast<int>(passBytes(name, 0, call));
+}
+
+int counted(int descriptor) {
+  if (watched && descriptor >= 0) ++watched->descriptorsLeft;
+  return descriptor;
+}
+
+}  // namespace
+
+std::string Calls::text() const {
+  std::string words;
+  for (const std::string& name : names) words += (words.empty() ? "" : " ") + name;
+  return words;
+}
+
+Calls watch(const std::function<void()>& body, const Fault& wanted) {
+  Calls calls;
+  fault = wanted;
+  watched = &calls;
+  body();
+  watched = nullptr;
+  return calls;
+}
+
+bool runShortOfMemory(int allocation, const std::function<void()>& body) {
+  allocationsUntilFailure = allocation;
+  body();
+  return std::exchange(allocationsUntilFailure, -1) < 0;
+}
+
+extern "C" {
+
+int open(const char* path, int flags, ...) {
+  va_list rest;
+  va_start(rest, flags);
+  const mode_t mode = flags & O_CREAT ? va_arg(rest, mode_t) : 0;
+  va_end(rest);
+  constexpr const char* kNames[] = {"open-r", "open-w", "open-rw"};
+  const std::string name = kNames[flags & O_ACCMODE];
+  const std::string shown = flags & O_CLOEXEC ? name : name + " inherited";
+  return counted(pass(shown.c_str(), SYS_open, path, flags, mode));
+}
+int socket(int domain, int type, int protocol) noexcept {
+  const char* const name = type & SOCK_CLOEXEC ? "socket" : "socket inherited";
+  return counted(pass(name, SYS_socket, domain, type, protocol));
+}
+int close(int fd) {
+  if (watched) --watched->descriptorsLeft;
+  const long result = ::syscall(SYS_close, fd);
+  return static_cast<int>(passBytes("close", 0, [=](std::size_t) { return result; }));
+}
+ssize_t read(int fd, void* bytes, std::size_t count) {
+  const auto call = [=](std::size_t most) { return ::syscall(SYS_read, fd, bytes, most); };
+  return passBytes("read", count, call);
+}
+ssize_t write(int fd, const void* bytes, std::size_t count) {
+  const auto call = [=](std::size_t most) { return ::syscall(SYS_write, fd, bytes, most); };
+  return passBytes("write", count, call);
+}
+off_t lseek(int fd, off_t offset, int from) noexcept {
+  return passBytes("lseek", 0, [=](std::size_t) { return ::syscall(SYS_lseek, fd, offset, from); });
+}
+int access(const char* path, int kind) noexcept {
+  return pass("access", SYS_access, path, kind);
+}
+int chmod(const char* path, mode_t mode) noexcept {
+  return pass("chmod", SYS_chmod, path, mode);
+}
+int unlink(const char* path) noexcept {
+  return pass("unlink", SYS_unlink, path);
+}
+int remove(const char* path) noexcept {
+  const int result = pass("remove", SYS_unlink, path);
+  return result < 0 && errno == EISDIR ? ::rmdir(path) : result;
+}
+int rename(const char* from, const char* to) noexcept {
+  return pass("rename", SYS_rename, from, to);
+}
+ssize_t readlink(const char* path, char* text, std::size_t size) noexcept {
+  if (testLink.empty()) return pass("readlink", SYS_readlink, path, text, size);
+  return static_cast<ssize_t>(testLink.copy(text, size));
+}
+int bind(int fd, const sockaddr* address, socklen_t size) noexcept {
+  return pass("bind", SYS_bind, fd, address, size);
+}
+ssize_t sendmsg(int fd, const msghdr* message, int flags) {
+  lastSent.assign(static_cast<const char*>(message->msg_iov->iov_base), message->msg_iov->iov_len);
+  return pass("sendmsg", SYS_sendmsg, fd, message, flags);
+}
+ssize_t recvmsg(int fd, msghdr* message, int flags) {
+  lastReceiveBytes = message->msg_iov->iov_len;
+  if (datagrams.empty()) return pass("recvmsg", SYS_recvmsg, fd, message, flags);
+  const std::string datagram = datagrams.front();
+  datagrams.pop_front();
+  if (datagram == kReceiveFails) return -1;
+  datagram.copy(static_cast<char*>(message->msg_iov->iov_base), lastReceiveBytes);
+  return static_cast<ssize_t>(datagram.size());
+}
+int gettimeofday(timeval* now, void* zone) noexcept {
+  if (!testClock) return pass("gettimeofday", SYS_gettimeofday, now, zone);
+  *now = *testClock;
+  return now->tv_usec < 0 ? -1 : 0;
+}
+
+// A sanitizer has allocation functions of its own.
+#ifndef __SANITIZE_ADDRESS__
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+
+void* malloc(std::size_t size) {
+  const bool fails = allocationsUntilFailure >= 0 && allocationsUntilFailure-- == 0;
+  return fails ? nullptr : __libc_malloc(size);
+}
+void* calloc(std::size_t count, std::size_t size) {
+  const bool fails = allocationsUntilFailure >= 0 && allocationsUntilFailure-- == 0;
+  return fails ? nullptr : __libc_calloc(count, size);
+}
+#endif
+
+}  // extern "C"
