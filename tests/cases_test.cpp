@@ -3,9 +3,10 @@
 #include <zrcommon/strings.h>
 #include <zrcommon/system.h>
 
-#include <cstring>
+#include <csignal>
 #include <fstream>
 #include <functional>
+#include <iostream>
 #include <map>
 #include <sstream>
 
@@ -141,20 +142,28 @@ TEST(Search, Rows) {
   runFile("search.txt");
 }
 
-TEST(Write, Rows) {
-  runFile("write.txt");
+TEST(Copy, Rows) {
+  runFile("copy.txt");
+}
+
+TEST(Change, Rows) {
+  runFile("change.txt");
 }
 
 TEST(Codecs, Rows) {
   runFile("codecs.txt");
 }
 
-TEST(Write, UnchangedTextMayBeConstant) {
+TEST(Secure, Rows) {
+  runFile("secure.txt");
+}
+
+TEST(Change, UnchangedTextMayBeConstant) {
   static const char16_t kText[] = u"MORE THAN 32 UNITS OF CONSTANT MEMORY";
   my_wcsupr(reinterpret_cast<unsigned short*>(const_cast<char16_t*>(kText)));
 }
 
-TEST(Write, RemovesEveryCharacterButNeverPassesAZero) {
+TEST(Change, RemovingNeverPassesAZero) {
   S text, list = "a,b,,c,";
   EXPECT_EQ(1, RemoveCharFromString(&text, ','));
   EXPECT_EQ(0, RemoveCharFromString(&list, ','));
