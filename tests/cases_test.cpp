@@ -1,5 +1,6 @@
 #include <sys/time.h>
 #include <zrcommon/codecs.h>
+#include <zrcommon/profile.h>
 #include <zrcommon/strings.h>
 #include <zrcommon/system.h>
 
@@ -161,6 +162,7 @@ TEST(Secure, Rows) {
 TEST(Change, UnchangedTextMayBeConstant) {
   static const char16_t kText[] = u"MORE THAN 32 UNITS OF CONSTANT MEMORY";
   my_wcsupr(reinterpret_cast<unsigned short*>(const_cast<char16_t*>(kText)));
+  EXPECT_STREQ("", Trim(const_cast<char*>("")));
 }
 
 TEST(Change, RemovingNeverPassesAZero) {
@@ -178,6 +180,8 @@ TEST(Change, RemovingNeverPassesAZero) {
 }
 
 TEST(Codecs, EverySymbolAndNoKey) {
+  static_assert(std::is_convertible_v<const char*, CCrypt>);
+  static_assert(std::is_convertible_v<const char*, CPHPOperations>);
   EXPECT_THROW(CCrypt(nullptr), int);
   CBase64Url base64;
   const S symbols = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_!$";
