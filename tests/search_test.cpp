@@ -35,17 +35,6 @@ TEST(SearchFor, GivesUpWithoutLosingTheMatch) {
     }
 }
 
-// In noise, blocks of 64 places look like the pattern until the search for it gives up after one.
-TEST(SearchFor, GivesUpAfterAWholeBlock) {
-  std::mt19937 random(20240229);
-  S noise(17000, 'a');
-  for (char& byte : noise) byte = "ab"[random() % 2];
-  for (std::size_t place = 0; place < 8192; place += 64) {
-    const S pattern = noise.substr(place, 15);
-    EXPECT_EQ(int(noise.find(pattern)), SearchFor(bytesOf(noise), 17000, bytesOf(pattern), 15));
-  }
-}
-
 // Each place around the ends of the first three chunks, after a start in the middle of the file.
 // Only the file is searched in upper case.
 TEST(SearchInFile, FindsAcrossTheBordersOfChunks) {
