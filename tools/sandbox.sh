@@ -67,5 +67,6 @@ for link in fd stdin stdout stderr; do ln -s "/host/dev/$link" dev/$link; done
 ln -s /host/dev/pts /host/dev/ptmx dev
 [ -z "$network" ] || ip link set lo up
 trap - EXIT
+# shellcheck disable=SC2016 # for the inner shell
 ZRCOMMON_SANDBOX=1 exec chroot /mnt sh -c 'cd "$0" 2>/dev/null || cd "/host$0"; exec "$@"' \
   "$directory" "$@"
