@@ -2,7 +2,7 @@
 
 #include "bench/contest.h"
 #include "bench/run.h"
-#include "support/sandbox.h"
+#include "bench/sandbox.h"
 
 int main(int argc, char** argv) {
   if (argc > 2) {

@@ -15,8 +15,8 @@
 #include <functional>
 #include <vector>
 
+#include "bench/sandbox.h"
 #include "bench/sweep_inputs.h"
-#include "support/sandbox.h"
 
 namespace {
 

@@ -31,7 +31,7 @@ class Decoder {
       if (!add(groupOf(group))) return false;
     if (length_ % 4 && !add(lastGroupOf({lastGroup, length_ % 4}))) return false;
     // Kept: CBase64Url::Decode() writes nothing after the text's terminator, where the third byte
-    // of a text of one symbol would be (test Base64.DecodesWhatNobodyEncoded)
+    // of a text of one symbol would be (test Codecs.Rows)
     const std::size_t count = std::min(decoded_, length_ + 1);
     std::memcpy(text_, bytes_, count);
     if (count < capacity_) std::memset(text_ + count, 0, capacity_ - count);
@@ -49,7 +49,7 @@ class Decoder {
   }
 
   // Kept: CBase64Url::Decode() leaves a byte that padding stands for as it was, where it is beyond
-  // the capacity; within the capacity the byte becomes zero (test Base64.DecodesWhatNobodyEncoded)
+  // the capacity; within the capacity the byte becomes zero (test Codecs.Rows)
   void restore(std::uint32_t group) {
     const auto keep = [this](std::size_t at) {
       if (at >= capacity_) bytes_[at] = text_[at];
@@ -72,7 +72,7 @@ bool CBase64Url::Encode(char* buffer, unsigned int capacity) {
   const std::size_t length = ::strnlen(buffer, kTextBytes);
   if (length == 0 || length == kTextBytes) return false;
   // Kept: CBase64Url::Encode() ignores any capacity but 0; the buffer must have room for the
-  // encoded text (test Codecs.KnownAnswers)
+  // encoded text (test Codecs.Rows)
   encodeInPlace(buffer, length);
   return true;
 }

@@ -132,7 +132,7 @@ inline std::uint32_t groupOf(const char* symbols) {
 }
 
 // Kept: CBase64Url::Decode() accepts a text of any length; symbols that its last four lack count as
-// 'A', a value of 0 (test Base64.DecodesWhatNobodyEncoded)
+// 'A', a value of 0 (test Codecs.Rows)
 inline std::uint32_t lastGroupOf(std::string_view symbols) {
   if (symbols.size() >= kGroupSymbols) return groupOf(symbols.data());
   char group[kGroupSymbols] = {'A', 'A', 'A', 'A'};

@@ -28,7 +28,7 @@ bool DecryptBlock(void* block, unsigned int length) {
 }
 
 // Kept: ByteRotateLeft() and ByteRotateRight() return the byte as it is for a count of 0 or less
-// (test Rotations.SingleBytes)
+// (test Codecs.Rows)
 char ByteRotateLeft(unsigned char byte, int count) {
   return static_cast<char>(count <= 0 ? byte : BRol(byte, count));
 }

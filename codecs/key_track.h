@@ -12,7 +12,7 @@ namespace zrcommon {
 
 // Kept: CCrypt::Encrypt() leaves a byte that equals its key byte as it is, in the clear. Their
 // exclusive-or is zero and would end the text; CCrypt::Decrypt() leaves the byte alone as well
-// (test Codecs.KnownAnswers)
+// (test Codecs.Rows)
 inline __m128i mixed(__m128i bytes, __m128i key) {
   const __m128i isSame = _mm_cmpeq_epi8(bytes, key);
   return _mm_xor_si128(bytes, _mm_andnot_si128(isSame, key));

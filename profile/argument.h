@@ -1,26 +1,26 @@
 #ifndef ZRCOMMON_PROFILE_ARGUMENT_H
 #define ZRCOMMON_PROFILE_ARGUMENT_H
 
+#include <cstring>
 #include <string_view>
 
-#include "base/copy_truncated.h"
 #include "profile/line.h"
 
 namespace zrcommon {
 
-/// A section name, key or value as the caller gave it, cut at 256 characters.
+/// A section name, key or value as the caller gave it, truncated to 256 characters.
 class Argument {
  public:
-  explicit Argument(const char* text) { copyTruncated(copy_, text); }
+  explicit Argument(const char* text) : text_(text, ::strnlen(text, 256)) {}
 
-  // Kept: emptiness is that of the text as given, so a name of blanks passes and stands for the
-  // empty name (test ProfileReading.Entries)
-  bool isEmpty() const { return copy_[0] == '\0'; }
+  // Kept: the profile functions test a name for being empty before they trim it, so a name of
+  // blanks is accepted and means the empty name (test ProfileReading.Entries)
+  bool isEmpty() const { return text_.empty(); }
 
-  std::string_view text() const { return trimmed(copy_); }
+  std::string_view text() const { return trimmed(text_); }
 
  private:
-  char copy_[257];
+  std::string_view text_;
 };
 
 }  // namespace zrcommon

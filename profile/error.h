@@ -5,7 +5,7 @@ namespace zrcommon {
 
 /// What the error argument of the profile functions receives.
 enum ProfileError : unsigned int {
-  kNoError = 0,
+  kSuccess = 0,
   kCannotOpen = 102,
   kNoValue = 201,
   kNoKey = 202,

@@ -1,5 +1,11 @@
 #include "profile/line.h"
 
+#include <strings.h>
+
+#include <cstdio>
+#include <cstring>
+
+#include "base/blank.h"
 #include "zrcommon/profile.h"
 
 using namespace zrcommon;

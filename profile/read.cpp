@@ -1,47 +1,56 @@
 #include <cstdlib>
+#include <cstring>
+#include <string_view>
 
 #include "profile/argument.h"
+#include "profile/chunks.h"
 #include "profile/error.h"
-#include "profile/pieces.h"
+#include "profile/line.h"
+#include "profile/profile_file.h"
 #include "zrcommon/profile.h"
 
 using namespace zrcommon;
 
 namespace {
 
-// Finds the entry in the section that was entered.
-bool findEntry(LineSource& profile, std::string_view key, std::string_view& entry) {
-  std::string_view piece;
-  while (profile.next(piece)) {
-    entry = textOf(piece);
-    // Kept: a header without "]" ends the section, too (test ProfileReading.Entries)
-    if (isHeader(entry)) return false;
-    if (!isComment(entry) && isSameName(keyOf(entry), key)) return true;
+// Finds the entry in the section whose header was skipped.
+bool findEntry(ProfileFile& profile, std::string_view key, std::string_view& entry) {
+  const NameFilter filter(key, '=');
+  for (auto bytes = profile.chunks(); !bytes.empty(); bytes = profile.chunks()) {
+    for (Chunks chunks(bytes); chunks.next();) {
+      const std::string_view chunk = chunks.chunk();
+      if (chunk.front() != '[' && filter.rulesOut(chunk)) continue;
+      entry = chunks.text();
+      // Kept: a header without "]" also ends the section that the profile functions search
+      // (test ProfileReading.Entries)
+      if (isHeader(entry)) return false;
+      if (!isComment(entry) && isSameName(keyOf(entry), key)) return true;
+    }
+    profile.skip(bytes.size());
   }
   return false;
 }
 
-// The walk that both readers share.
-ProfileError readValue(const char* section, const char* key, const char* fileName,
-                       char (&value)[kLineBytes]) {
+// The steps that both readers share; use() receives the value as a C string.
+template <typename Use>
+ProfileError readValue(const char* section, const char* key, const char* fileName, Use use) {
   const Argument wantedSection(section);
   if (wantedSection.isEmpty()) return kEmptySection;
   const Argument wantedKey(key);
   if (wantedKey.isEmpty()) return kEmptyKey;
-  LineSource profile(fileName);
+  ProfileFile profile(fileName);
   if (!profile) return kCannotOpen;
-  const auto ignore = [](std::string_view) {};
-  if (!takeThroughHeader(profile, wantedSection.text(), ignore)) return kNoSection;
+  const auto skip = [&](std::string_view bytes) { profile.skip(bytes.size()); };
+  if (!takeThroughHeader(profile, wantedSection.text(), skip)) return kNoSection;
   std::string_view entry;
   if (!findEntry(profile, wantedKey.text(), entry)) return kNoKey;
-  const auto found = valueOf(entry);
-  if (!found) return kNoValue;
-  value[found->copy(value, kLineBytes - 1)] = '\0';
-  return kNoError;
+  const auto value = valueOf(entry);
+  if (!value) return kNoValue;
+  return use(profile.terminate(*value));
 }
 
-// Kept: the last byte is never written, so a text that fills the buffer is not terminated; callers
-// zero it first (test ProfileReading.OutputKeepsItsLastByte)
+// Kept: GetPrivateProfileString() never writes the last byte of its buffer, so a text that fills
+// the buffer is not terminated (test ProfileReading.OutputKeepsItsLastByte)
 void copyOut(char* out, unsigned int outSize, const char* text) {
   if (outSize == 0) return;
   const std::size_t room = outSize - 1;
@@ -56,19 +65,25 @@ int GetPrivateProfileString(const char* section, const char* key, const char* de
                             char* out, unsigned int outSize, const char* fileName,
                             unsigned int* error) {
   if (!section || !key || !defaultValue || !out || !fileName || !error) return -1;
-  char value[kLineBytes];
-  *error = readValue(section, key, fileName, value);
-  copyOut(out, outSize, *error == kNoError ? value : defaultValue);
-  return *error == kNoError ? 0 : -1;
+  *error = readValue(section, key, fileName, [&](const char* value) {
+    copyOut(out, outSize, value);
+    return kSuccess;
+  });
+  if (*error == kSuccess) return 0;
+  copyOut(out, outSize, defaultValue);
+  return -1;
 }
 
 int GetPrivateProfileInt(const char* section, const char* key, int defaultValue,
                          const char* fileName, unsigned int* error) {
   if (!section || !key || !fileName || !error) return -1;
-  char value[kLineBytes];
-  *error = readValue(section, key, fileName, value);
-  // Kept: an empty value is an error here and a success for the string
-  // (test ProfileReading.Numbers)
-  if (*error == kNoError && !*value) *error = kNoValue;
-  return *error == kNoError ? std::atoi(value) : defaultValue;
+  int number = defaultValue;
+  *error = readValue(section, key, fileName, [&](const char* value) {
+    // Kept: an empty value is an error for GetPrivateProfileInt() and a success for
+    // GetPrivateProfileString() (test ProfileReading.Numbers)
+    if (!*value) return kNoValue;
+    number = std::atoi(value);
+    return kSuccess;
+  });
+  return number;
 }

@@ -1,10 +1,12 @@
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 
 #include "profile/argument.h"
+#include "profile/chunks.h"
 #include "profile/error.h"
-#include "profile/output_file.h"
-#include "profile/pieces.h"
+#include "profile/line.h"
+#include "profile/profile_file.h"
 #include "zrcommon/profile.h"
 
 using namespace zrcommon;
@@ -36,87 +38,90 @@ class TemporaryName {
   char text_[kBytes];
 };
 
-void appendEntry(OutputFile& copy, const Change& change) {
-  copy.append(change.key);
-  copy.append("=");
-  copy.appendLine(change.value);
+void appendEntry(ProfileFile& profile, const Change& change) {
+  profile.append(change.key);
+  profile.append("=");
+  profile.append(change.value);
+  profile.append("\n");
 }
 
-bool isTrimmedLine(std::string_view piece) {
-  if (piece.back() != '\n') return false;
-  piece.remove_suffix(1);
-  return piece.empty() || !(isBlank(piece.front()) || isBlank(piece.back()));
+void copyAsIs(ProfileFile& profile, std::string_view chunks) {
+  profile.skip(chunks.size());
+  profile.append(chunks);
 }
 
-// Runs of lines that are trimmed already go out whole.
-// Kept: lines in front of the change are rewritten trimmed and with LF, those behind it are not, so
-// files with mixed line ends result (test ProfileWriting.Files)
-void appendTrimmed(OutputFile& copy, std::string_view pieces) {
-  const bool hasZeros = pieces.find('\0') != std::string_view::npos;
-  std::size_t run = 0;
-  for (std::size_t start = 0, end = 0; start < pieces.size(); start = end) {
-    end = pieceEnd(pieces, start);
-    const std::string_view piece = pieces.substr(start, end - start);
-    if (!hasZeros && isTrimmedLine(piece)) continue;
-    copy.append(pieces.substr(run, start - run));
-    copy.appendLine(textOf(piece));
-    run = end;
+void copyTrimmed(ProfileFile& profile, std::string_view chunk, std::string_view text) {
+  profile.skip(chunk.size());
+  profile.append(text);
+  profile.append("\n");
+}
+
+// Lines that are trimmed already are copied together.
+// Kept: WritePrivateProfileString() writes the lines before the change trimmed and with LF and
+// leaves those after it as they are, so a file can get mixed line ends (test ProfileWriting.Files)
+void copyTrimmed(ProfileFile& profile, std::string_view bytes) {
+  const char* copied = bytes.data();
+  const auto copyUpTo = [&](const char* end) {
+    copyAsIs(profile, {copied, static_cast<std::size_t>(end - copied)});
+  };
+  for (Chunks chunks(bytes); chunks.nextUntrimmed();) {
+    const std::string_view chunk = chunks.chunk();
+    copyUpTo(chunk.data());
+    copyTrimmed(profile, chunk, chunks.text());
+    copied = chunk.data() + chunk.size();
   }
-  copy.append(pieces.substr(run));
+  copyUpTo(bytes.data() + bytes.size());
 }
 
-// Copies up to the header of the section; at the end of the file, makes one.
-void copyThroughHeader(LineSource& profile, std::string_view section, OutputFile& copy) {
-  const auto append = [&](std::string_view pieces) { appendTrimmed(copy, pieces); };
-  if (takeThroughHeader(profile, section, append)) return;
-  copy.append("[");
-  copy.append(section);
-  copy.appendLine("]");
+// Copies everything through the header of the section; at the end of the file, makes one.
+void copyThroughHeader(ProfileFile& profile, std::string_view section) {
+  const auto copy = [&](std::string_view bytes) { copyTrimmed(profile, bytes); };
+  if (takeThroughHeader(profile, section, copy)) return;
+  profile.append("[");
+  profile.append(section);
+  profile.append("]\n");
 }
 
-// Copies up to the entry, whose place the new one takes; else the section's end is its place.
-void copyThroughEntry(LineSource& profile, const Change& change, OutputFile& copy) {
-  std::string_view piece;
-  while (profile.next(piece)) {
-    const std::string_view text = textOf(piece);
-    if (isHeader(text)) {
-      // Kept: the new entry comes behind the blank lines and comments that close the section
-      // (test ProfileWriting.Files)
-      appendEntry(copy, change);
-      return copy.appendLine(text);
+// Copies up to the entry and writes the new one instead; without an entry, at the section's end.
+void copyThroughEntry(ProfileFile& profile, const Change& change) {
+  for (auto bytes = profile.chunks(); !bytes.empty(); bytes = profile.chunks()) {
+    for (Chunks chunks(bytes); chunks.next();) {
+      const std::string_view text = chunks.text();
+      const bool isEnd = isHeader(text);
+      // Kept: WritePrivateProfileString() puts a new entry after the blank lines and comments that
+      // close the section (test ProfileWriting.Files)
+      const bool isPlace = isEnd || (!isComment(text) && isSameName(keyOf(text), change.key));
+      if (isPlace) appendEntry(profile, change);
+      if (isPlace && !isEnd) return profile.skip(chunks.chunk().size());
+      copyTrimmed(profile, chunks.chunk(), text);
+      if (isEnd) return;
     }
-    if (!isComment(text) && isSameName(keyOf(text), change.key)) break;
-    copy.appendLine(text);
   }
-  appendEntry(copy, change);
+  appendEntry(profile, change);
 }
 
-// Kept: a zero byte cuts its piece off, line feed included, so the next line joins it; files with
-// zero bytes have always come out so (test ProfileWriting.Files)
-void appendVisible(OutputFile& copy, std::string_view pieces) {
-  std::size_t known = 0;
-  for (std::size_t zero = 0; (zero = pieces.find('\0', known)) != std::string_view::npos;) {
-    copy.append(pieces.substr(known, zero - known));
-    known = pieceEnd(pieces, pieceStart(pieces, known, zero));
-  }
-  copy.append(pieces.substr(known));
-}
-
-void copyRest(LineSource& profile, OutputFile& copy) {
-  for (auto pieces = profile.wholePieces(); !pieces.empty(); pieces = profile.wholePieces()) {
-    appendVisible(copy, pieces);
-    profile.skip(pieces.size());
+// Kept: after the change, WritePrivateProfileString() drops the rest of a chunk from a zero byte
+// on, line feed included, so the next line joins it (test ProfileWriting.Files)
+void copyRest(ProfileFile& profile) {
+  for (auto chunks = profile.chunks(); !chunks.empty(); chunks = profile.chunks()) {
+    profile.skip(chunks.size());
+    std::size_t known = 0;
+    for (std::size_t zero = 0; (zero = chunks.find('\0', known)) != std::string_view::npos;) {
+      const std::size_t next = chunkEnd(chunks, chunkStart(chunks, known, zero));
+      profile.append(chunks.substr(known, zero - known));
+      known = next;
+    }
+    profile.append(chunks.substr(known));
   }
 }
 
-// The profile is closed before the copy.
 bool writeCopy(const char* fileName, const char* copyName, const Change& change) {
-  OutputFile copy;
-  LineSource profile(fileName);
-  if (!profile || !copy.create(copyName)) return false;
-  copyThroughHeader(profile, change.section, copy);
-  copyThroughEntry(profile, change, copy);
-  copyRest(profile, copy);
+  ProfileFile profile(fileName, copyName);
+  if (!profile) return false;
+  copyThroughHeader(profile, change.section);
+  copyThroughEntry(profile, change);
+  copyRest(profile);
+  profile.finishCopy();
   return true;
 }
 
@@ -132,11 +137,11 @@ ProfileError changeEntry(const char* section, const char* key, const char* value
   if (!copyName.form(fileName)) return kCannotOpen;
   if (!writeCopy(fileName, copyName.get(), {ownSection.text(), ownKey.text(), ownValue.text()}))
     return kCannotOpen;
-  // Kept: the profile is removed before the copy is renamed, and success is reported whatever comes
-  // of either (test ProfileWriting.ReplacesInTheAgreedOrder)
+  // Kept: WritePrivateProfileString() removes the profile before it renames the copy, and reports
+  // success even if either fails (test ProfileWriting.ReplacesInTheAgreedOrder)
   (void)std::remove(fileName);
   (void)std::rename(copyName.get(), fileName);
-  return kNoError;
+  return kSuccess;
 }
 
 }  // namespace
@@ -145,5 +150,5 @@ int WritePrivateProfileString(const char* section, const char* key, const char* 
                               const char* fileName, unsigned int* error) {
   if (!section || !key || !value || !fileName || !error) return -1;
   *error = changeEntry(section, key, value, fileName);
-  return *error == kNoError ? 0 : -1;
+  return *error == kSuccess ? 0 : -1;
 }

@@ -1,4 +1,9 @@
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
 #include "strings/length.h"
+#include "strings/scan.h"
 #include "zrcommon/strings.h"
 
 using namespace zrcommon;
@@ -22,8 +27,8 @@ unsigned short* my_wmemcpy(unsigned short* to, const unsigned short* from, int c
     std::memmove(to, from, bytes);
     return to;
   }
-  // Kept: copies forwards, unit by unit in effect, so that over a source that it overlaps from
-  // above it repeats the units in between (test Copy.MemoryGoesForwards)
+  // Kept: my_wmemcpy() copies forwards unit by unit, so if the destination begins inside the
+  // source, the units before it are repeated (test Copy.Rows)
   for (std::size_t i = 0; i < asCount(count); ++i) to[i] = from[i];
   return to;
 }

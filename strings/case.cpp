@@ -20,7 +20,7 @@ Unit caseBit(Unit unit, Unit firstLetter) {
   return static_cast<Unit>(unit - firstLetter) < kLetters ? kCaseBit : 0;
 }
 
-// Nothing is stored where nothing changes: text without such letters may lie in read-only memory.
+// Nothing is stored if nothing changes: text without such letters may lie in read-only memory.
 template <typename Unit>
 void changeBlock(Unit* text, Unit firstLetter) {
   constexpr std::size_t kUnits = kBlockBytes / sizeof(Unit);
@@ -34,7 +34,7 @@ void changeBlock(Unit* text, Unit firstLetter) {
   if (changes) std::memcpy(text, changed, sizeof changed);
 }
 
-// Turns the letters from firstLetter on, 26 of them, into the other case; ASCII and nothing else.
+// Changes the case of the 26 letters from firstLetter on.
 template <typename Unit>
 void changeCase(Unit* text, std::size_t length, Unit firstLetter) {
   constexpr std::size_t kUnits = kBlockBytes / sizeof(Unit);
@@ -83,8 +83,8 @@ unsigned short* my_wcsupr(unsigned short* text) {
   return changeCase(text, 'a');
 }
 
-// toupper() is a look-up in the locale's table. Where that table changes the letters of ASCII and
-// nothing else, as in most locales, the fast loops do the same.
+// toupper() is a look-up in the table of the locale. If that table changes only the letters of
+// ASCII, as in most locales, the vectorised loops do the same.
 int strUpr(char* text, int length) {
   if (length <= 0) return 1;
   auto* const bytes = reinterpret_cast<unsigned char*>(text);

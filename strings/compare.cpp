@@ -1,4 +1,9 @@
+#include <emmintrin.h>
+
+#include <cstddef>
+
 #include "strings/length.h"
+#include "strings/scan.h"
 #include "zrcommon/strings.h"
 
 using namespace zrcommon;
@@ -8,6 +13,7 @@ namespace {
 using scan::Window;
 
 // Both rules stop where the units differ and where either string ends.
+
 template <typename Unit>
 struct AsIs {
   static unsigned int key(Unit unit) { return unit; }
@@ -16,8 +22,8 @@ struct AsIs {
   }
 };
 
-// Kept: case-blind means that bit 0x20 counts nowhere, in letters or not, and that of a wide unit
-// only the low byte counts at all; stored orders and look-ups rely on it (test Compare.Folded)
+// Kept: my_stricmp(), my_strnicmp(), my_wcsicmp() and my_wcsnicmp() compare (unit AND 0xDF), for
+// letters and all other units, so '[' equals '{' and 0x0141 equals 'A' (test Compare.Rows)
 template <typename Unit>
 struct Folded {
   static constexpr Unit kMask = 0xDF;
@@ -30,8 +36,8 @@ struct Folded {
   }
 };
 
-// Kept: a null argument makes the result 1, whichever side it is on and on both, and no result is
-// ever anything but -1, 0 and 1 (test Compare.NullIsGreater)
+// Kept: my_wcscmp(), like all comparisons of strings or blocks, returns 1 if either argument or
+// both are null, and otherwise exactly -1, 0 or 1 (test Compare.Rows)
 template <template <typename> class Rule, typename Unit>
 int compare(const Unit* a, const Unit* b, std::size_t count) {
   if (!a || !b) return 1;
@@ -74,8 +80,8 @@ int my_wcsnicmp(const unsigned short* a, const unsigned short* b, unsigned int c
 int my_wcscscmp(const unsigned short* wide, const char* narrow) {
   if (!wide || !narrow) return 1;
   for (;; ++wide, ++narrow) {
-    // Kept: narrow bytes count as signed, wide units as unsigned, so that a byte of 0x80 or above
-    // is smaller than every wide unit and equal to none (test Compare.WideWithNarrow)
+    // Kept: my_wcscscmp() takes bytes as signed and wide units as unsigned values, so a byte of
+    // 0x80 or above is less than every wide unit and equal to none (test Compare.Rows)
     const int difference = *wide - static_cast<signed char>(*narrow);
     if (!*wide || !*narrow) return static_cast<int>(*wide != 0) - static_cast<int>(*narrow != 0);
     if (difference != 0) return difference > 0 ? 1 : -1;

@@ -1,3 +1,5 @@
+#include <cstddef>
+
 #include "strings/length.h"
 #include "zrcommon/strings.h"
 
@@ -5,8 +7,8 @@ using namespace zrcommon;
 
 namespace {
 
-// Kept: bytes of 0x80 and above are widened with their sign, 0xE9 to 0xFFE9, and no code page is
-// asked; text stored by components holds such units (test Convert.Widening)
+// Kept: CopySZToWSZ() and CatSZToWSZ() widen bytes with their sign, 0xE9 to 0xFFE9, without a code
+// page (test Copy.Rows)
 void widen(WideUnit* to, const char* from) {
   const std::size_t length = lengthOf(from);
   for (std::size_t i = 0; i < length; ++i)
@@ -14,8 +16,8 @@ void widen(WideUnit* to, const char* from) {
   to[length] = 0;
 }
 
-// Kept: a unit loses its upper byte, 0x20AC becomes 0xAC, and one whose low byte is zero becomes
-// a zero byte in the middle (test Convert.Narrowing)
+// Kept: CopyWSZToSZ() and CatWSZToSZ() keep only the low byte of a unit: 0x20AC becomes 0xAC, and
+// 0x0100 a zero byte inside the result (test Copy.Rows)
 void narrow(char* to, const WideUnit* from) {
   const std::size_t length = lengthOf(from);
   for (std::size_t i = 0; i < length; ++i) to[i] = static_cast<char>(from[i] & 0xFFU);
@@ -48,8 +50,8 @@ char* CatWSZToSZ(char* to, const unsigned short* from) {
   return to;
 }
 
-// Kept: both conversions only look at their arguments; callers fall back on the copies above
-// (test Strings.PlaceholdersOnlyLookAtTheirArguments)
+// Kept: ConvertToWideChar() and ConvertToMultiByte() check their arguments and convert nothing
+// (test Copy.Rows)
 bool ConvertToWideChar(const char* from, unsigned short* to, unsigned int capacity) {
   return from && to && capacity != 0;
 }

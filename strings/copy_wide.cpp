@@ -1,3 +1,6 @@
+#include <cstddef>
+#include <cstring>
+
 #include "strings/length.h"
 #include "zrcommon/strings.h"
 
@@ -27,8 +30,8 @@ unsigned short* my_wcsncpy(unsigned short* to, const unsigned short* from, int c
   if (!to || !from) return nullptr;
   const std::size_t length = lengthWithin(from, asCount(count));
   copyUnits(to, from, length);
-  // Kept: always terminated, behind count units where need be, and never padded; the C library
-  // does neither (test Copy.Counted)
+  // Kept: my_wcsncpy() always terminates, after count units if needed, and never pads
+  // (test Copy.Rows)
   to[length] = 0;
   return to;
 }
@@ -36,8 +39,7 @@ unsigned short* my_wcsncpy(unsigned short* to, const unsigned short* from, int c
 unsigned short* my_wcsncat(unsigned short* to, const unsigned short* from, int count) {
   if (!to || !from) return nullptr;
   const std::size_t length = lengthWithin(from, asCount(count));
-  // Kept: no terminator where the count ends the copy; callers build text in pieces over memory
-  // that they filled themselves (test Copy.Counted)
+  // Kept: my_wcsncat() writes no terminator if the count ends the copy (test Copy.Rows)
   copyUnits(to + lengthOf(to), from, length < asCount(count) ? length + 1 : length);
   return to;
 }

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "strings/length.h"
 #include "zrcommon/strings.h"
 

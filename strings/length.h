@@ -1,6 +1,7 @@
 #ifndef ZRCOMMON_STRINGS_LENGTH_H
 #define ZRCOMMON_STRINGS_LENGTH_H
 
+#include <cstddef>
 #include <cstring>
 
 #include "strings/scan.h"
@@ -9,7 +10,7 @@ namespace zrcommon {
 
 using WideUnit = unsigned short;
 
-/// Units before the terminator, as the C library counts them.
+/// The number of units before the terminator.
 inline std::size_t lengthOf(const char* text) {
   return std::strlen(text);
 }
@@ -18,13 +19,12 @@ inline std::size_t lengthOf(const WideUnit* text) {
   return scan::firstStop(text, scan::kNoLimit, scan::isZero<WideUnit>);
 }
 
-/// The same, looking at no more than @p limit units.
+/// The same, at most @p limit, of which no more units are used.
 inline std::size_t lengthWithin(const WideUnit* text, std::size_t limit) {
   return scan::firstStop(text, limit, scan::isZero<WideUnit>);
 }
 
-/// Counts are 32 bits wide and unsigned in effect, whatever a signature says: components pass -1
-/// for "all of it".
+/// Counts are unsigned 32-bit numbers, even where a signature says int: -1 is the largest one.
 inline std::size_t asCount(int count) {
   return static_cast<unsigned int>(count);
 }

@@ -72,10 +72,11 @@ std::size_t firstStopUnaligned(const Unit* text, std::size_t limit, const Rule& 
   return at;
 }
 
-/// The bits of the first units of a window.
+/// The bits of the first units of that many windows.
 template <typename Unit>
-std::uint64_t bitsOfFirst(std::size_t units) {
-  return (std::uint64_t{1} << std::min(units * sizeof(Unit), kWindowBytes)) - 1;
+std::uint64_t bitsOfFirst(std::size_t units, std::size_t windows = 1) {
+  const std::size_t bytes = std::min(units, windows * kWindowBytes / sizeof(Unit)) * sizeof(Unit);
+  return (std::uint64_t{1} << bytes) - 1;
 }
 
 /// The index of the first unit at which the rule stops, at most @p limit.
@@ -103,16 +104,16 @@ inline std::size_t leftInPage(const void* address) {
   return kPageBytes - offsetIn(kPageBytes, address);
 }
 
-/// The stops in two windows of each string.
+/// The stops in the next two windows of each string, without those from the limit on.
 template <typename Unit, typename Rule>
-std::uint64_t stopsInTwo(const Unit* a, const Unit* b, const Rule& rule) {
+std::uint64_t stopsInTwo(const Unit* a, const Unit* b, std::size_t limit, const Rule& rule) {
   constexpr std::size_t kUnits = kWindowBytes / sizeof(Unit);
-  const Window first = rule(load(a), load(b));
-  const Window second = rule(load(a + kUnits), load(b + kUnits));
-  if (!bits(_mm_or_si128(first, second))) return 0;
-  return bits(first) | bits(second) << kWindowBytes;
+  const std::uint64_t first = bits(rule(load(a), load(b)));
+  const std::uint64_t second = bits(rule(load(a + kUnits), load(b + kUnits)));
+  return (first | second << kWindowBytes) & bitsOfFirst<Unit>(limit, 2);
 }
 
+/// The same for two strings. At the end of a page, the last windows overlap those before them.
 template <typename Unit, typename Rule>
 std::size_t firstStop(const Unit* a, const Unit* b, std::size_t limit, const Rule& rule) {
   constexpr std::size_t kUnits = 2 * kWindowBytes / sizeof(Unit);
@@ -120,12 +121,12 @@ std::size_t firstStop(const Unit* a, const Unit* b, std::size_t limit, const Rul
   while (at < limit) {
     std::size_t readable = std::min(leftInPage(a + at), leftInPage(b + at)) / sizeof(Unit);
     for (; readable >= kUnits && at < limit; readable -= kUnits, at += kUnits)
-      if (const auto stops = stopsInTwo(a + at, b + at, rule))
-        return std::min(at + unitsBefore<Unit>(stops), limit);
+      if (const auto stops = stopsInTwo(a + at, b + at, limit - at, rule))
+        return at + unitsBefore<Unit>(stops);
     if (at >= kUnits && at < limit) {
       at -= kUnits - readable;
-      if (const auto stops = stopsInTwo(a + at, b + at, rule))
-        return std::min(at + unitsBefore<Unit>(stops), limit);
+      if (const auto stops = stopsInTwo(a + at, b + at, limit - at, rule))
+        return at + unitsBefore<Unit>(stops);
       at += kUnits;
       readable = 0;
     }

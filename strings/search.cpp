@@ -1,4 +1,10 @@
+#include <emmintrin.h>
+
+#include <cstddef>
+#include <cstring>
+
 #include "strings/length.h"
+#include "strings/scan.h"
 #include "strings/two_way.h"
 #include "zrcommon/strings.h"
 
@@ -19,8 +25,9 @@ std::size_t find(const char* text, char wanted, std::size_t count) {
   return place ? static_cast<std::size_t>(static_cast<const char*>(place) - text) : count;
 }
 
-// Kept: the middle unit of a pattern of odd length is never compared, so it stands for any unit;
-// callers' patterns make use of it (test Search.TwoEnded)
+// Compares from both ends, and counts the units that matched from the front.
+// Kept: my_strstr() and my_wcsstr() never compare the middle unit of a pattern of odd length, so it
+// matches any unit (test Search.Rows)
 template <typename Unit>
 bool matchesAt(const Unit* text, const Unit* pattern, std::size_t length, std::size_t& effort) {
   std::size_t front = 0;
@@ -30,8 +37,8 @@ bool matchesAt(const Unit* text, const Unit* pattern, std::size_t length, std::s
   return front == length / 2;
 }
 
-// Looks for the half in front of the middle and the half behind it, and where both are in their
-// places there is a match. Takes time in proportion to the text, whatever it holds.
+// Searches for the half before the middle and the half after it; both in their places are a match.
+// The time is proportional to the length of the text, whatever it holds.
 template <typename Unit>
 const Unit* searchHalves(const Unit* text, std::size_t textLength, const Unit* pattern,
                          std::size_t length) {
@@ -49,15 +56,16 @@ const Unit* searchHalves(const Unit* text, std::size_t textLength, const Unit* p
   return front == TwoWaySearch<Unit>::kNone ? nullptr : text + front;
 }
 
-// Goes from one place with the pattern's first unit to the next. Texts that make this slow are
-// handed on before it has cost more than the text is long.
+// Tries every occurrence of the pattern's first unit. When the comparisons have cost as much as the
+// text is long, the rest is left to the search whose time is proportional to that length.
 template <typename Unit>
 const Unit* search(const Unit* text, const Unit* pattern) {
   if (!text || !pattern) return nullptr;
   const std::size_t textLength = lengthOf(text);
   const std::size_t length = lengthOf(pattern);
   if (textLength < length) return nullptr;
-  // Kept: a pattern of one unit is all middle and matches at once (test Search.TwoEnded)
+  // Kept: my_strstr() and my_wcsstr() find a pattern of one unit at the start of any text that is
+  // not empty (test Search.Rows)
   if (length < 2) return text;
   const std::size_t last = textLength - length;
   std::size_t effort = 0;
@@ -74,7 +82,7 @@ const Unit* search(const Unit* text, const Unit* pattern) {
 }  // namespace
 
 char* my_strstr(const char* text, const char* pattern) {
-  // Of even length it has no middle, and the C library's search gives the same.
+  // A pattern of even length has no middle, so the C library finds the same.
   if (text && pattern && lengthOf(pattern) % 2 == 0)
     return const_cast<char*>(std::strstr(text, pattern));
   return const_cast<char*>(search(text, pattern));
@@ -90,7 +98,7 @@ unsigned short* my_wcschr(const unsigned short* text, unsigned short wanted) {
   const std::size_t at = scan::firstStop(text, scan::kNoLimit, [=](Window units) {
     return _mm_or_si128(scan::equal<WideUnit>(units, same), scan::isZero<WideUnit>(units));
   });
-  // Kept: unlike the C library's, the terminator is never found (test Strings.EveryLength)
+  // Kept: my_wcschr() and my_wcsrchr() never find the terminator (test Search.Rows)
   return text[at] ? const_cast<unsigned short*>(text + at) : nullptr;
 }
 

@@ -1,16 +1,16 @@
 #include <algorithm>
-#include <cctype>
+#include <cstddef>
 #include <cstring>
+#include <string>
 
+#include "base/blank.h"
 #include "zrcommon/strings.h"
+
+using namespace zrcommon;
 
 namespace {
 
-bool isBlank(char byte) {
-  return std::isspace(static_cast<unsigned char>(byte)) != 0;
-}
-
-// A wait that no optimiser may take for one that ends.
+// The access to a volatile variable keeps the compiler from removing the loop.
 [[noreturn]] void waitForever() {
   for (volatile bool waiting = true;;) static_cast<void>(waiting);
 }
@@ -31,16 +31,16 @@ char* TrimLeft(char* text) {
   if (blanks == 0) return text;
   const std::size_t length = std::strlen(text + blanks);
   std::memmove(text, text + blanks, length);
-  // Kept: as many zeros as there were blanks follow the text, up to the old terminator; callers
-  // that know the old length compare and write the whole of it (test Trim.Sides)
+  // Kept: TrimLeft() fills the bytes that the text leaves, up to the old terminator, with zeros
+  // (test Change.Rows)
   std::memset(text + length, 0, blanks);
   return text;
 }
 
 int RemoveCharFromString(std::string* text, char unwanted) {
   if (text->empty()) return 1;
-  // Kept: the walk neither removes a zero byte nor gets past it, and so never ends on a string
-  // that holds one (test Trim.Removing)
+  // Kept: RemoveCharFromString() never returns if the string holds a zero byte and another byte is
+  // to be removed (test Change.RemovingNeverPassesAZero)
   if (unwanted != '\0' && text->find('\0') != std::string::npos) waitForever();
   text->erase(std::remove(text->begin(), text->end(), unwanted), text->end());
   return 0;

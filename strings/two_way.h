@@ -7,10 +7,10 @@
 
 namespace zrcommon {
 
-/// The places of a pattern in a text, one after the other, found in time linear in both whatever
-/// they hold and without memory to prepare: the two-way algorithm of Crochemore and Perrin. The
-/// pattern is split where each half tells most about how far to move on; the right half is compared
-/// forwards, then the left half backwards.
+/// The occurrences of a pattern in a text, in order, by the two-way algorithm of Crochemore and
+/// Perrin: the time is linear in both lengths whatever they hold, and no memory is needed. The
+/// pattern is split at a critical position; its right part is compared forwards, then its left part
+/// backwards.
 template <typename Unit>
 class TwoWaySearch {
  public:
@@ -28,7 +28,7 @@ class TwoWaySearch {
     keptAfterMove_ = isPeriodic ? length - move_ : 0;
   }
 
-  /// The next place, or kNone.
+  /// The index of the next occurrence, or kNone.
   std::size_t next() {
     while (at_ <= textLength_ && textLength_ - at_ >= length_) {
       const std::size_t here = at_;
@@ -48,11 +48,11 @@ class TwoWaySearch {
 
  private:
   struct Split {
-    std::size_t right;   // where the right half begins
-    std::size_t period;  // of the right half
+    std::size_t right;   // index at which the right part begins
+    std::size_t period;  // of the right part
   };
 
-  // The greatest of the pattern's ends in dictionary order, or the least.
+  // The greatest suffix of the pattern in dictionary order, or the least.
   template <bool kIsReversed>
   Split split() const {
     std::size_t best = 0;
@@ -77,7 +77,7 @@ class TwoWaySearch {
     return {best, period};
   }
 
-  // How far the pattern matches, its left half left out.
+  // The index in the pattern of the first difference after its left part; its length if none.
   std::size_t matchRight() const {
     std::size_t i = std::max(right_, kept_);
     while (i < length_ && pattern_[i] == text_[at_ + i]) ++i;
@@ -95,8 +95,8 @@ class TwoWaySearch {
   const Unit* pattern_;
   std::size_t length_;
   std::size_t right_ = 0;
-  std::size_t move_ = 0;           // on to the next place behind one where the right half matched
-  std::size_t keptAfterMove_ = 0;  // how much of the pattern's beginning is known to match then
+  std::size_t move_ = 0;           // distance to the next position after the right part matched
+  std::size_t keptAfterMove_ = 0;  // length of the prefix that is known to match there
   std::size_t at_ = 0;
   std::size_t kept_ = 0;
 };

@@ -1,12 +1,6 @@
 #include <linux/rtnetlink.h>
 #include <net/if.h>
-#include <unistd.h>
 #include <zrcommon/network.h>
-
-#include <algorithm>
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
 
 #include "support/calls.h"
 #include "support/test.h"

@@ -1,10 +1,4 @@
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <zrcommon/profile.h>
-
-#include <cerrno>
-#include <cstdio>
 
 #include "support/calls.h"
 #include "support/test.h"
@@ -107,14 +101,15 @@ TEST(ProfileReading, NullArgumentsTouchNothing) {
     char out[3] = "#";
     unsigned int error = 999;
     const auto arg = [&](int index, auto* value) { return index == null ? nullptr : value; };
-    EXPECT_EQ(-1, GetPrivateProfileString(arg(0, ""), arg(1, ""), arg(3, ""), arg(5, out), 3,
-                                          arg(2, ""), arg(4, &error)));
-    EXPECT_EQ(-1, WritePrivateProfileString(arg(0, ""), arg(1, ""), arg(3, ""), arg(2, ""),
-                                            arg(4, &error)));
+    const char *section = arg(0, ""), *key = arg(1, ""), *file = arg(2, ""), *value = arg(3, "");
+    unsigned int* const code = arg(4, &error);
+    EXPECT_EQ(-1, GetPrivateProfileString(section, key, value, arg(5, out), 3, file, code));
+    EXPECT_EQ(999U, error);
     const bool isNumbers = null == 3 || null == 5;
-    EXPECT_EQ(isNumbers ? 7 : -1,
-              GetPrivateProfileInt(arg(0, ""), arg(1, ""), 7, arg(2, ""), arg(4, &error)));
-    EXPECT_EQ(isNumbers ? 205U : 999U, error);
+    EXPECT_EQ(isNumbers ? 7 : -1, GetPrivateProfileInt(section, key, 7, file, code));
+    error = 999;
+    EXPECT_EQ(-1, WritePrivateProfileString(section, key, value, file, code));
+    EXPECT_EQ(null == 5 ? 205U : 999U, error);
     EXPECT_STREQ("#", out);
   }
 }
@@ -162,7 +157,7 @@ TEST(ProfileWriting, Files) {
       putFile(kPath + ".tmp", S(2000, 't'));
       EXPECT_EQ(0U, write(section, key, value));
       EXPECT_EQ(head + formsOf(tail)[form], getFile(kPath));
-      EXPECT_FALSE(isThere(kPath + ".tmp"));
+      EXPECT_EQ(0U, modeOf(kPath + ".tmp"));
     }
   const S half(1000, 'h');
   putFile(kPath, "a\0b\n[s]\n c \0d\nk=1\ne\0f\ng\n\0\n"s + half + '\0' + half + "\ni\0"s);
@@ -223,16 +218,16 @@ TEST(ProfileLines, HelpersCutUpTheirLine) {
   EXPECT_EQ(nullptr, GetSectionName(GuardedText("").get()));
   EXPECT_TRUE(!Trim(nullptr) && !GetSectionName(nullptr) && CompareKey(nullptr, "") == -1);
 
-  const auto compared = [](S line, const char* key) {
-    const int result = CompareKey(line.data(), key);
-    return line + "@" + std::to_string(result);
-  };
-  EXPECT_EQ("Port\0 \0 80=1@0"s, compared("Port  = 80=1", "pORT"));
-  EXPECT_EQ("\0\0@0"s, compared(" =", ""));
-  EXPECT_EQ("Port@0", compared("Port", "port"));
-  EXPECT_EQ("Ports@-1", compared("Ports", "port"));
-  EXPECT_EQ("a=1@-1", compared("a=1", nullptr));
-
+  for (const auto& [line, key, expected] :
+       Rows<S, const char*, S>{{"Port  = 80=1", "pORT", "Port\0 \0 80=1 is 0"s},
+                               {" =", "", "\0\0 is 0"s},
+                               {"Port", "port", "Port is 0"},
+                               {"Ports", "port", "Ports is -1"},
+                               {"a=1", nullptr, "a=1 is -1"}}) {
+    S changed = line;
+    const int result = CompareKey(changed.data(), key);
+    EXPECT_EQ(expected, changed + " is " + std::to_string(result));
+  }
   std::FILE* const stream = std::fopen(kPath.c_str(), "w");
   char line[] = "ab\0##";
   WriteToFile(line, stream);

@@ -23,7 +23,7 @@ void callOften(const Operation& operation, const S& expected, int* wrong) {
   for (int i = 0; i < 25; ++i) {
     Result result;
     operation.call(result);
-    if (result.text() != expected) ++*wrong;
+    if (result.words() != expected) ++*wrong;
   }
 }
 
@@ -37,7 +37,7 @@ TEST(Threads, EveryReentrantOperation) {
     int wrong[8] = {};
     std::vector<std::thread> threads;
     for (int& each : wrong)
-      threads.emplace_back(callOften, std::cref(operation), usual.text(), &each);
+      threads.emplace_back(callOften, std::cref(operation), usual.words(), &each);
     for (std::thread& thread : threads) thread.join();
     for (const int each : wrong) EXPECT_EQ(0, each) << operation.name;
   }

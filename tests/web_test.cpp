@@ -1,11 +1,8 @@
 // The library and the development internet library, against a web server.
 #include <dlfcn.h>
-#include <zrcommon/codecs.h>
 #include <zrcommon/network.h>
 
 #include <csignal>
-#include <cstdio>
-#include <filesystem>
 
 #include "support/test.h"
 
@@ -66,11 +63,7 @@ TEST_F(Web, FetchesAndProbes) {
                        S(), "file://" + kScratch + "page"})
     EXPECT_EQ("refused", fetch(url)) << url;
 
-  S record("\x0c\0\0\0Connection Check", 20);
-  record.resize(264);
-  record += kUrl + S(260 - kUrl.size(), '\0');
-  Encrypt(reinterpret_cast<unsigned char*>(record.data()), static_cast<int>(record.size()));
-  putFile(kInstallation + "infoeml.dat", record);
+  putFile(kInstallation + "infoeml.dat", directoryRecord(12, "Connection Check", kUrl));
   EXPECT_EQ("0 105", check());
   putFile(kScratch + "msg32.bin", "b");
   EXPECT_EQ("0 140", check());

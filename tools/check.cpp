@@ -6,6 +6,8 @@
 
 namespace {
 
+constexpr unsigned int kNothingReached = 105;
+
 void check(Output& out) {
   unsigned int error = 0;
   const bool isReached = CheckInternetConnection(&error) == 1;
@@ -14,7 +16,7 @@ void check(Output& out) {
                            std::to_string(error) + ": " + reason;
   out.result({{"reachable", isReached}, {"code", error}, {"reason", reason}});
   if (isReached) return out.print(line + '\n');
-  const std::string problem = internetLibraryProblem();
+  const std::string problem = error == kNothingReached ? internetLibraryProblem() : "";
   throw Refusal(line + (problem.empty() ? "" : ": " + problem) + "; see zrtool doctor", error, 0);
 }
 

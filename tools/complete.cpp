@@ -16,10 +16,6 @@ struct Place {
   const CLI::Option* option = nullptr;
 };
 
-bool isHidden(const CLI::App& command) {
-  return command.get_group().empty();
-}
-
 const CLI::App* commandNamed(const CLI::App& parent, const std::string& name) {
   for (const CLI::App* each : parent.get_subcommands([](const CLI::App*) { return true; }))
     if (each->get_name() == name) return each;
@@ -46,13 +42,6 @@ Words optionNames(const CLI::App& command) {
   for (const CLI::Option* option : command.get_options())
     for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
   if (command.get_parent() && command.get_fallthrough()) names.emplace_back("--json");
-  return names;
-}
-
-Words commandNames(const CLI::App& parent) {
-  Words names;
-  for (const CLI::App* each : parent.get_subcommands([](const CLI::App*) { return true; }))
-    if (!isHidden(*each)) names.push_back(each->get_name());
   return names;
 }
 
@@ -99,7 +88,7 @@ Words nextArgument(const Place& place) {
   for (const CLI::Option* option : place.command->get_options())
     if (option->get_positional() && position++ == place.arguments.size())
       return valuesOf(*option, place);
-  return commandNames(*place.command);
+  return commandsOf(*place.command);
 }
 
 Words candidates(const CLI::App& app, const Words& words) {
@@ -123,9 +112,9 @@ void complete(const CLI::App& app, const Words& words, Output& out) {
 
 // One line for each command without actions, and one for each of its options.
 void describe(const CLI::App& command, const std::string& path, Output& out) {
-  for (const std::string& each : commandNames(command))
+  for (const std::string& each : commandsOf(command))
     describe(*commandNamed(command, each), path + (path.empty() ? "" : " ") + each, out);
-  if (!commandNames(command).empty()) return;
+  if (!commandsOf(command).empty()) return;
   out.entry(path, path);
   for (const CLI::Option* option : command.get_options())
     for (const std::string& name : option->get_lnames())

@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #include <zrcommon/network.h>
+#include <zrcommon/system.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -11,6 +12,7 @@
 #include <sstream>
 
 #include "base/file.h"
+#include "base/product_files.h"
 #include "network/directory_record.h"
 #include "tools/commands.h"
 #include "tools/internet_library.h"
@@ -20,10 +22,6 @@ using namespace zrcommon;
 
 namespace {
 
-constexpr InstallPath kSettings("zrinet.opt");
-constexpr InstallPath kDirectory(kDirectoryFileName);
-constexpr InstallPath kFeatures("zrfeature.dat");
-constexpr char kLog[] = "/zrcommon.log";
 constexpr char kInstallTheProduct[] = "install the product, which creates it";
 
 std::string modeText(mode_t mode) {
@@ -88,7 +86,7 @@ void checkDirectories(Report& report) {
 }
 
 void checkInternetLibrary(Report& report) {
-  const Check check = {"internet-library", kInternetLibrary.get()};
+  const Check check = {"internet-library", kInetLibraryPath.get()};
   struct stat status = {};
   if (::stat(check.path.c_str(), &status) == 0)
     (void)hasBadOwner(report, check, status, Writer::kRootOnly);
@@ -130,7 +128,7 @@ void checkFile(Report& report, const ProductFile& file) {
 
 // "zrtool check" and the components ask the server whose address this entry holds.
 void checkEntry(Report& report) {
-  const Check check = {"connection-check", kDirectory.get()};
+  const Check check = {"connection-check", kDirectoryPath.get()};
   char address[kDirectoryTextBytes + 1] = {};
   const bool isFound = GetValueFromInfoEml(12, "Connection Check", address, sizeof address) == 1;
   const std::size_t length = std::strlen(address);
@@ -162,10 +160,10 @@ void checkLeftOvers(Report& report) {
 }
 
 // With any mode but 0666, components of some users cannot write until one of its owner does.
-void checkLog(Report& report) {
-  const Check check = {"log", kLog};
+void checkCommonLog(Report& report) {
+  const Check check = {"log", kCommonLog};
   struct stat status = {};
-  if (::stat(kLog, &status) != 0 && errno == ENOENT)
+  if (::stat(kCommonLog, &status) != 0 && errno == ENOENT)
     return report.note(check, "missing; no module that failed to load could be reported in it");
   if (!S_ISREG(status.st_mode))
     return report.bad(check, "not a regular file", "mv " + check.path + " " + check.path + ".old");
@@ -179,7 +177,6 @@ void checkLog(Report& report) {
 // Listing links binds a netlink route socket to the port that is the process id.
 void checkProcess(Report& report, const std::string& process) {
   const std::string directory = "/proc/" + process;
-  if (!exists(directory.c_str())) throw Refusal("there is no process " + process);
   const Check check = {"netlink-port", directory};
   std::ifstream sockets(directory + "/net/netlink");
   for (std::string line; std::getline(sockets, line);) {
@@ -196,18 +193,24 @@ void checkProcess(Report& report, const std::string& process) {
 
 void examine(const std::vector<std::string>& processes, Output& out) {
   const ProductFile files[] = {
-      {{"settings", kSettings.get()},
+      {{"settings", kInetOptionsPath.get()},
        "all settings count as zero",
        Writer::kEveryone,
        sizeof(tagInetSettings),
        false},
-      {{"server-directory", kDirectory.get()},
+      {{"server-directory", kDirectoryPath.get()},
        "no server address is known",
        Writer::kRootOnly,
        sizeof(DirectoryRecord),
        true},
-      {{"features", kFeatures.get()}, "no feature is set", Writer::kRootOnly, 11, false},
+      {{"features", kFeaturePath.get()},
+       "no feature is set",
+       Writer::kRootOnly,
+       sizeof(tagZR_FEATURE),
+       false},
   };
+  for (const std::string& process : processes)
+    if (!exists(("/proc/" + process).c_str())) throw Refusal("there is no process " + process);
   Report report(out);
   checkLibrary(report);
   checkDirectories(report);
@@ -215,7 +218,7 @@ void examine(const std::vector<std::string>& processes, Output& out) {
   for (const ProductFile& file : files) checkFile(report, file);
   checkEntry(report);
   checkLeftOvers(report);
-  checkLog(report);
+  checkCommonLog(report);
   for (const std::string& process : processes) checkProcess(report, process);
   if (report.problems())
     throw Refusal("checks that found a problem: " + std::to_string(report.problems()));

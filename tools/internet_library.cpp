@@ -2,6 +2,10 @@
 
 #include <dlfcn.h>
 
+#include "base/product_files.h"
+
+using namespace zrcommon;
+
 namespace {
 
 std::string missingEntryPoints(void* module) {
@@ -16,7 +20,7 @@ std::string missingEntryPoints(void* module) {
 
 // Uses the loader's own call: ZRLoadLibrary() would write a failure to the product's log.
 std::string internetLibraryProblem() {
-  void* const module = ::dlopen(kInternetLibrary.get(), RTLD_NOW);
+  void* const module = ::dlopen(kInetLibraryPath.get(), RTLD_NOW);
   if (!module) return "the internet library cannot be loaded: " + std::string(::dlerror());
   const std::string missing = missingEntryPoints(module);
   ::dlclose(module);

@@ -3,10 +3,6 @@
 
 #include <string>
 
-#include "base/install_path.h"
-
-inline constexpr zrcommon::InstallPath kInternetLibrary("libinet.so");
-
 /// What keeps the internet library from being used; empty if nothing does. Nothing is logged.
 std::string internetLibraryProblem();
 

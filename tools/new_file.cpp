@@ -15,28 +15,30 @@ namespace {
 // What the signal handler removes; empty if there is nothing.
 char leftOver[PATH_MAX];
 
+// All signals are blocked here, and the one raised ends the process when this returns. SA_RESETHAND
+// would not do: a second signal could end the process before the file is removed.
 void removeAndEnd(int signal) {
   if (leftOver[0] != '\0') ::unlink(leftOver);
+  ::signal(signal, SIG_DFL);
   ::raise(signal);
 }
 
-// A limit on file sizes sends SIGXFSZ, after which write() fails with EFBIG if something handles
-// it.
-void ignore(int) {}
+// After SIGXFSZ, which a limit on file sizes sends, write() fails with EFBIG.
+void goOn(int) {}
 
-void handle(int signal, void (*handler)(int), int flags) {
+void handle(int signal, void (*handler)(int)) {
   struct sigaction action = {};
   if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) return;
   action.sa_handler = handler;
-  action.sa_flags = flags;
+  ::sigfillset(&action.sa_mask);
   ::sigaction(signal, &action, nullptr);
 }
 
 void handleSignals() {
   for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGALRM, SIGTERM, SIGUSR1, SIGUSR2,
                            SIGXCPU, SIGVTALRM, SIGPROF, SIGIO})
-    handle(signal, removeAndEnd, static_cast<int>(SA_RESETHAND | SA_NODEFER));
-  handle(SIGXFSZ, ignore, 0);
+    handle(signal, removeAndEnd);
+  handle(SIGXFSZ, goOn);
 }
 
 class SignalsBlocked {
@@ -83,7 +85,8 @@ mode_t withoutUmask(mode_t mode) {
 }  // namespace
 
 NewFile::NewFile(const std::string& target, mode_t newMode)
-    : target_(resolved(target)),
+    : name_(target),
+      target_(resolved(target)),
       replaced_(statusOf(target_)),
       mode_(replaced_ ? replaced_->st_mode & 07777U : withoutUmask(newMode)) {
   if (replaced_ && S_ISDIR(replaced_->st_mode)) throw systemRefusal(target, EISDIR);
@@ -101,7 +104,7 @@ NewFile::~NewFile() {
 
 void NewFile::open() {
   temporary_ = directoryOf(target_) + ".zrtool-XXXXXX";
-  if (temporary_.size() >= sizeof leftOver) throw systemRefusal(target_, ENAMETOOLONG);
+  if (temporary_.size() >= sizeof leftOver) throw systemRefusal(name_, ENAMETOOLONG);
   handleSignals();
   const SignalsBlocked blocked;
   file_.emplace(::mkostemp(temporary_.data(), O_CLOEXEC));
@@ -113,7 +116,7 @@ void NewFile::write(std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t count = ::write(file_->get(), bytes.data(), bytes.size());
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0) throw systemRefusal(target_);
+    if (count < 0) throw systemRefusal(name_);
     bytes.remove_prefix(static_cast<std::size_t>(count));
   }
 }
@@ -123,22 +126,22 @@ void NewFile::setMode(mode_t mode) {
   if (!replaced_ || (replaced_->st_mode & 07777U) == mode) return;
   char digits[8];
   (void)std::snprintf(digits, sizeof digits, "%04o", mode);
-  Output::message(target_ + " gets mode " + digits + ": every local user can change it");
+  Output::message(name_ + " gets mode " + digits + ": every local user can change it");
 }
 
 void NewFile::takeOver() {
   const bool isOwnerKept =
       !replaced_ || ::fchown(file_->get(), replaced_->st_uid, replaced_->st_gid) == 0;
-  if (!isOwnerKept) Output::message(target_ + " now belongs to you: its owner could not be kept");
+  if (!isOwnerKept) Output::message(name_ + " now belongs to you: its owner could not be kept");
   if (!isOwnerKept) mode_ &= 0777U;
-  if (::fchmod(file_->get(), mode_) != 0) throw systemRefusal(target_);
+  if (::fchmod(file_->get(), mode_) != 0) throw systemRefusal(name_);
 }
 
 // A file system that cannot sync the directory may lose the rename, but neither file.
 void NewFile::commit() {
   takeOver();
-  if (::fsync(file_->get()) != 0) throw systemRefusal(target_);
-  if (::rename(temporary_.c_str(), target_.c_str()) != 0) throw systemRefusal(target_);
+  if (::fsync(file_->get()) != 0) throw systemRefusal(name_);
+  if (::rename(temporary_.c_str(), target_.c_str()) != 0) throw systemRefusal(name_);
   leftOver[0] = '\0';
   const Fd directory(zrcommon::openFile(directoryOf(target_).c_str(), O_RDONLY | O_DIRECTORY));
   (void)::fsync(directory.get());

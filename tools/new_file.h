@@ -42,6 +42,7 @@ class NewFile {
   void open();
   void takeOver();
 
+  std::string name_;
   std::string target_;
   std::string temporary_;
   std::optional<struct stat> replaced_;

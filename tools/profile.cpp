@@ -42,12 +42,12 @@ std::optional<Refusal> tryReading(const std::string& file, Reader reader) {
     systemError = refusal.systemError();
     if (systemError == 0 || systemError == EISDIR) throw;
   }
-  if (error == kNoError) return std::nullopt;
+  if (error == kSuccess) return std::nullopt;
   return refusal(CodeOf::kProfile, error, file, systemError);
 }
 
 void get(const ProfileArguments& arguments, Output& out) {
-  char value[kLineBytes] = {};
+  char value[kChunkLength + 1] = {};
   const auto problem = tryReading(arguments.file, [&](const char* path, unsigned int* error) {
     GetPrivateProfileString(arguments.section.c_str(), arguments.key.c_str(), "", value,
                             sizeof value, path, error);

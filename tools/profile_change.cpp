@@ -42,11 +42,11 @@ void makeRoom(const Scratch& scratch, std::size_t size) {
 }
 
 std::string readBack(const std::string& path, const ProfileChange& change) {
-  char value[kLineBytes] = {};
+  char value[kChunkLength + 1] = {};
   unsigned int error = 0;
   GetPrivateProfileString(change.section.c_str(), change.key.c_str(), "", value, sizeof value,
                           path.c_str(), &error);
-  return error == kNoError ? value : std::string("\n");
+  return error == kSuccess ? value : std::string("\n");
 }
 
 }  // namespace
@@ -59,9 +59,9 @@ std::string changedProfile(const std::string& profile, const ProfileChange& chan
   unsigned int error = 0;
   WritePrivateProfileString(change.section.c_str(), change.key.c_str(), change.value.c_str(),
                             copy.c_str(), &error);
-  if (error == kNoError && trimmed(change.section).empty()) error = kEmptySection;
-  if (error == kNoError && trimmed(change.key).empty()) error = kEmptyKey;
-  if (error != kNoError) throw refusal(CodeOf::kProfile, error, "nothing was changed");
+  if (error == kSuccess && trimmed(change.section).empty()) error = kEmptySection;
+  if (error == kSuccess && trimmed(change.key).empty()) error = kEmptyKey;
+  if (error != kSuccess) throw refusal(CodeOf::kProfile, error, "nothing was changed");
   if (readBack(copy, change) != trimmed(change.value))
     throw Refusal(std::string("nothing was changed: the entry could not be read back: ") +
                   whyUnreadable(change));

@@ -105,7 +105,7 @@ std::vector<ProfileLine> profileLines(std::string_view bytes) {
   std::vector<ProfileLine> lines;
   Walk walk;
   while (!bytes.empty()) {
-    const std::size_t length = pieceLength(bytes);
+    const std::size_t length = chunkLength(bytes);
     lines.push_back(walk.next(bytes.substr(0, length)));
     bytes.remove_prefix(length);
   }

@@ -1,10 +1,7 @@
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <filesystem>
-#include <iostream>
 #include <sstream>
 
 #include "examples/inet/script.h"
@@ -22,7 +19,9 @@ struct SandboxArguments {
   bool noNetwork = false;
 };
 
-// Puts the library in its place, without a change of what the command sees otherwise.
+constexpr int kNoSandbox = 125;
+
+// Puts the library in its place first.
 constexpr char kInstallLibrary[] =
     "cp -- \"$1\" /usr/lib/Valdrix/Valdrix/libinet.so && shift && exec \"$@\"";
 
@@ -57,16 +56,12 @@ pid_t start(std::vector<std::string> words, const sigset_t& signals) {
   std::vector<char*> pointers;
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
-  posix_spawnattr_t attributes;
-  ::posix_spawnattr_init(&attributes);
-  ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
-  ::posix_spawnattr_setsigmask(&attributes, &signals);
-  pid_t child = 0;
-  const int error =
-      ::posix_spawnp(&child, pointers[0], nullptr, &attributes, pointers.data(), environ);
-  ::posix_spawnattr_destroy(&attributes);
-  if (error != 0) throw systemRefusal(words[0], error);
-  return child;
+  const pid_t child = ::fork();
+  if (child < 0) throw systemRefusal("starting the command");
+  if (child > 0) return child;
+  ::sigprocmask(SIG_SETMASK, &signals, nullptr);
+  ::execvp(pointers[0], pointers.data());
+  ::_exit(kNoSandbox);
 }
 
 // The signals that would end zrtool are blocked. A terminal sends its own to the command as well.
@@ -99,6 +94,7 @@ void runInSandbox(SandboxArguments arguments, const std::vector<std::string>& co
     ::setenv("INET_SCRIPT", std::filesystem::absolute(arguments.script).c_str(), 1);
     ::setenv("INET_RECORD", (scratch / "record").c_str(), 1);
   }
+  ::signal(SIGCHLD, SIG_DFL);
   const int status =
       waitFor(start(sandboxCommand(arguments, scratch, command), scratch.signalsBefore()));
   if (isScripted) showCalls(scratch / "record");

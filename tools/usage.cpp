@@ -40,9 +40,8 @@ std::string suggestion(const std::string& word, const std::vector<std::string>& 
     return distance(word, one) < distance(word, other);
   };
   const std::string nearest = *std::min_element(known.begin(), known.end(), isNearer);
-  return distance(word, nearest) > 1 + nearest.size() / 4
-             ? ""
-             : "; did you mean " + quoted(nearest) + "?";
+  const bool isFar = distance(word, nearest) > 1 + nearest.size() / 4;
+  return isFar ? "" : " (did you mean " + quoted(nearest) + "?)";
 }
 
 std::string joined(const std::vector<std::string>& words) {
@@ -50,13 +49,6 @@ std::string joined(const std::vector<std::string>& words) {
   for (const std::string& word : words)
     text += (text.empty() ? "" : word == words.back() ? " or " : ", ") + word;
   return text;
-}
-
-std::vector<std::string> commandsOf(const CLI::App& app) {
-  std::vector<std::string> names;
-  for (const CLI::App* each : app.get_subcommands([](const CLI::App*) { return true; }))
-    if (!each->get_group().empty()) names.push_back(each->get_name());
-  return names;
 }
 
 // Those of the command and, as they are valid everywhere, of zrtool itself.
@@ -79,9 +71,10 @@ std::string fullName(const CLI::App& app) {
 
 std::string unexpected(const CLI::App& command, const std::string& word) {
   const std::vector<std::string> commands = commandsOf(command);
+  const std::string hint = suggestion(word, optionsOf(command));
   if (word[0] == '-')
-    return "there is no option " + quoted(word) + suggestion(word, optionsOf(command)) +
-           "; an argument that begins with \"-\" is written after \"--\"";
+    return "there is no option " + quoted(word) +
+           (hint.empty() ? "; an argument that begins with \"-\" is written after \"--\"" : hint);
   if (commands.empty()) return "the argument " + quoted(word) + " is one too many";
   return "there is no command " + quoted(word) + suggestion(word, commands);
 }
@@ -100,6 +93,13 @@ std::string wrappedLine(const std::string& line, std::size_t width, std::size_t 
 }
 
 }  // namespace
+
+std::vector<std::string> commandsOf(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* each : app.get_subcommands([](const CLI::App*) { return true; }))
+    if (!each->get_group().empty()) names.push_back(each->get_name());
+  return names;
+}
 
 void requireAction(CLI::App* family) {
   family->require_subcommand(0, 1)->callback([family] {

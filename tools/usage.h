@@ -5,6 +5,9 @@
 #include <string>
 #include <vector>
 
+/// The names of the subcommands that the help shows.
+std::vector<std::string> commandsOf(const CLI::App& app);
+
 /// Requires a subcommand. (CLI11's own check would report a mistyped one as a missing one.)
 void requireAction(CLI::App* family);
 

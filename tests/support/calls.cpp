@@ -8,13 +8,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdarg>
-#include <cstring>
 
 std::deque<std::string> datagrams;
-const std::string kReceiveFails = "receive fails";
 std::string lastSent;
 std::size_t lastReceiveBytes = 0;
-const Clock* testClock = nullptr;
+const timeval* testClock = nullptr;
 std::string testLink;
 
 namespace {
@@ -27,30 +25,21 @@ Fault::Kind fateOf(const char* name) {
   if (!watched) return Fault::kNone;
   const std::size_t place = watched->names.size();
   watched->names.emplace_back(name);
-  if (fault.kind != Fault::kNone && place == fault.place) {
-    errno = fault.kind == Fault::kFails ? fault.error : errno;
-    return fault.kind;
-  }
-  const bool alsoFails = place > fault.place && fault.alsoFailing.find(name) != std::string::npos;
-  if (alsoFails) errno = EIO;
-  return alsoFails ? Fault::kFails : Fault::kNone;
+  if (fault.kind == Fault::kNone || place < fault.place) return Fault::kNone;
+  const bool isLater = place > fault.place;
+  if (isLater && fault.alsoFailing.find(name) == std::string::npos) return Fault::kNone;
+  if (isLater || fault.kind == Fault::kFails) errno = isLater ? EIO : fault.error;
+  return isLater ? Fault::kFails : fault.kind;
 }
 
 // Makes the call for @p count bytes, or what becomes of it.
 template <typename Call>
 long passBytes(const char* name, std::size_t count, Call call) {
-  switch (fateOf(name)) {
-    case Fault::kFails:
-      return -1;
-    case Fault::kWritesNothing:
-      return 0;
-    case Fault::kEndsTheProcess:
-      ::_exit(0);
-    case Fault::kIsShort:
-      return call(std::min(count, fault.bytes));
-    default:
-      return call(count);
-  }
+  const Fault::Kind fate = fateOf(name);
+  if (fate == Fault::kEndsTheProcess) ::_exit(0);
+  if (fate == Fault::kFails) return -1;
+  if (fate == Fault::kWritesNothing) return 0;
+  return call(fate == Fault::kIsShort ? std::min(count, fault.bytes) : count);
 }
 
 template <typename... Arguments>
@@ -62,10 +51,6 @@ int pass(const char* name, long number, Arguments... arguments) {
 int counted(int descriptor) {
   if (watched && descriptor >= 0) ++watched->descriptorsLeft;
   return descriptor;
-}
-
-bool isAllocationFailing() {
-  return allocationsUntilFailure >= 0 && allocationsUntilFailure-- == 0;
 }
 
 }  // namespace
@@ -88,9 +73,7 @@ Calls watch(const std::function<void()>& body, const Fault& wanted) {
 bool runShortOfMemory(int allocation, const std::function<void()>& body) {
   allocationsUntilFailure = allocation;
   body();
-  const bool wasReached = allocationsUntilFailure < 0;
-  allocationsUntilFailure = -1;
-  return wasReached;
+  return std::exchange(allocationsUntilFailure, -1) < 0;
 }
 
 extern "C" {
@@ -101,9 +84,9 @@ int open(const char* path, int flags, ...) {
   const mode_t mode = flags & O_CREAT ? va_arg(rest, mode_t) : 0;
   va_end(rest);
   constexpr const char* kNames[] = {"open-r", "open-w", "open-rw"};
-  std::string name = kNames[flags & O_ACCMODE];
-  if (!(flags & O_CLOEXEC)) name += " inherited";
-  return counted(pass(name.c_str(), SYS_open, path, flags, mode));
+  const std::string name = kNames[flags & O_ACCMODE];
+  const std::string shown = flags & O_CLOEXEC ? name : name + " inherited";
+  return counted(pass(shown.c_str(), SYS_open, path, flags, mode));
 }
 int socket(int domain, int type, int protocol) noexcept {
   const char* const name = type & SOCK_CLOEXEC ? "socket" : "socket inherited";
@@ -115,12 +98,12 @@ int close(int fd) {
   return static_cast<int>(passBytes("close", 0, [=](std::size_t) { return result; }));
 }
 ssize_t read(int fd, void* bytes, std::size_t count) {
-  return passBytes("read", count,
-                   [=](std::size_t most) { return ::syscall(SYS_read, fd, bytes, most); });
+  const auto call = [=](std::size_t most) { return ::syscall(SYS_read, fd, bytes, most); };
+  return passBytes("read", count, call);
 }
 ssize_t write(int fd, const void* bytes, std::size_t count) {
-  return passBytes("write", count,
-                   [=](std::size_t most) { return ::syscall(SYS_write, fd, bytes, most); });
+  const auto call = [=](std::size_t most) { return ::syscall(SYS_write, fd, bytes, most); };
+  return passBytes("write", count, call);
 }
 off_t lseek(int fd, off_t offset, int from) noexcept {
   return passBytes("lseek", 0, [=](std::size_t) { return ::syscall(SYS_lseek, fd, offset, from); });
@@ -152,7 +135,6 @@ ssize_t sendmsg(int fd, const msghdr* message, int flags) {
   lastSent.assign(static_cast<const char*>(message->msg_iov->iov_base), message->msg_iov->iov_len);
   return pass("sendmsg", SYS_sendmsg, fd, message, flags);
 }
-// What follows a scripted datagram in the buffer is the rest of the one before.
 ssize_t recvmsg(int fd, msghdr* message, int flags) {
   lastReceiveBytes = message->msg_iov->iov_len;
   if (datagrams.empty()) return pass("recvmsg", SYS_recvmsg, fd, message, flags);
@@ -163,25 +145,23 @@ ssize_t recvmsg(int fd, msghdr* message, int flags) {
   return static_cast<ssize_t>(datagram.size());
 }
 int gettimeofday(timeval* now, void* zone) noexcept {
-  if (!testClock) return static_cast<int>(::syscall(SYS_gettimeofday, now, zone));
-  *now = testClock->now;
-  return testClock->result;
+  if (!testClock) return pass("gettimeofday", SYS_gettimeofday, now, zone);
+  *now = *testClock;
+  return now->tv_usec < 0 ? -1 : 0;
 }
 
 // A sanitizer has allocation functions of its own.
 #ifndef __SANITIZE_ADDRESS__
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
-void* __libc_realloc(void* memory, std::size_t size);
 
 void* malloc(std::size_t size) {
-  return isAllocationFailing() ? nullptr : __libc_malloc(size);
+  const bool fails = allocationsUntilFailure >= 0 && allocationsUntilFailure-- == 0;
+  return fails ? nullptr : __libc_malloc(size);
 }
 void* calloc(std::size_t count, std::size_t size) {
-  return isAllocationFailing() ? nullptr : __libc_calloc(count, size);
-}
-void* realloc(void* memory, std::size_t size) {
-  return isAllocationFailing() ? nullptr : __libc_realloc(memory, size);
+  const bool fails = allocationsUntilFailure >= 0 && allocationsUntilFailure-- == 0;
+  return fails ? nullptr : __libc_calloc(count, size);
 }
 #endif
 

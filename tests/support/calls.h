@@ -20,8 +20,8 @@ struct Fault {
   std::size_t bytes = 1;         ///< for how many a short call is made
 };
 
-/// The calls that were made: "open-r read write close". An open or a socket says how it was opened
-/// and, where programs that the host starts would inherit the descriptor, " inherited".
+/// The calls that were made: "open-r", "read", "close". An open or a socket says where programs
+/// that the host starts would inherit the descriptor: "open-r inherited".
 struct Calls {
   std::vector<std::string> names;
   int descriptorsLeft = 0;  ///< opened and not closed
@@ -36,18 +36,11 @@ bool runShortOfMemory(int allocation, const std::function<void()>& body);
 
 /// What recvmsg() gives next instead of asking the kernel; kReceiveFails stands for a failure.
 extern std::deque<std::string> datagrams;
-extern const std::string kReceiveFails;
+inline const std::string kReceiveFails = "receive fails";
+
 extern std::string lastSent;          ///< by sendmsg()
 extern std::size_t lastReceiveBytes;  ///< the size of recvmsg()'s buffer
-
-/// What gettimeofday() gives if it is not null.
-struct Clock {
-  int result;
-  timeval now;
-};
-extern const Clock* testClock;
-
-/// What readlink() gives if it is not empty.
-extern std::string testLink;
+extern const timeval* testClock;  ///< what gettimeofday() gives, if not null; a tv_usec of -1 fails
+extern std::string testLink;      ///< what readlink() gives, if not empty
 
 #endif  // ZRCOMMON_TESTS_SUPPORT_CALLS_H

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -14,13 +13,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::set<fs::path> files() {
+std::set<fs::path> entries() {
   std::set<fs::path> paths;
   for (const std::string& place : {kScratch, kInstallation, kServices, kFirstServices})
-    for (const auto& entry : fs::directory_iterator(place))
-      if (entry.path() != kFirstServices.substr(0, kFirstServices.size() - 1))
-        paths.insert(entry.path());
-  if (isThere(kModuleLog)) paths.insert(kModuleLog);
+    for (const auto& entry : fs::directory_iterator(place)) paths.insert(entry.path());
+  paths.insert(kModuleLog);
+  paths.erase(kFirstServices.substr(0, kFirstServices.size() - 1));
   return paths;
 }
 
@@ -28,38 +26,27 @@ std::string describe(const fs::path& path) {
   const std::string content = getFile(path);
   const auto lines = std::count(content.begin(), content.end(), '\n');
   char mode[8];
-  std::snprintf(mode, sizeof mode, "%04o", modeOf(path));
-  const std::string shown = path == kModuleLog    ? std::to_string(lines) + " lines"
-                            : content.size() > 30 ? std::to_string(content.size()) + " bytes"
-                                                  : "'" + content + "'";
-  return shown + " " + mode;
+  std::snprintf(mode, sizeof mode, " %04o", modeOf(path));
+  if (path == kModuleLog) return std::to_string(lines) + " lines" + mode;
+  if (content.size() > 30) return std::to_string(content.size()) + " bytes" + mode;
+  return "'" + content + "'" + mode;
 }
 
 }  // namespace
 
 void clearPlaces() {
-  for (const fs::path& path : files()) fs::remove_all(path);
-}
-
-ScratchDirectory::ScratchDirectory() : path_(kScratch + "XXXXXX") {
-  EXPECT_NE(nullptr, ::mkdtemp(path_.data()));
+  for (const fs::path& path : entries()) fs::remove_all(path);
 }
 
 void putFile(const std::string& path, const std::string& content, unsigned int mode) {
-  std::ofstream file(path, std::ios::binary | std::ios::trunc);
-  file << content;
-  file.close();
-  ASSERT_TRUE(file) << path;
+  std::ofstream(path, std::ios::binary | std::ios::trunc) << content;
+  ASSERT_TRUE(getFile(path) == content) << path;
   ASSERT_EQ(0, ::chmod(path.c_str(), mode)) << path;
 }
 
 std::string getFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
-}
-
-bool isThere(const std::string& path) {
-  return fs::exists(path);
 }
 
 unsigned int modeOf(const std::string& path) {
@@ -70,7 +57,7 @@ unsigned int modeOf(const std::string& path) {
 
 Files filesInPlaces() {
   Files found;
-  for (const fs::path& path : files())
+  for (const fs::path& path : entries())
     if (fs::is_regular_file(path)) found[path.filename()] = describe(path);
   return found;
 }
@@ -78,11 +65,18 @@ Files filesInPlaces() {
 std::string changesSince(const Files& before) {
   const Files after = filesInPlaces();
   std::string text;
-  for (const auto& [name, description] : after) {
-    const auto old = before.find(name);
-    if (old == before.end() || old->second != description) text += " " + name + " " + description;
-  }
-  for (const auto& [name, description] : before)
+  for (const auto& [name, content] : after)
+    if (before.count(name) == 0 || before.at(name) != content) text += " " + name + " " + content;
+  for (const auto& [name, content] : before)
     if (after.count(name) == 0) text += " no " + name;
   return text;
+}
+
+std::string directoryRecord(unsigned int number, std::string name, std::string value) {
+  name.resize(260);
+  value.resize(260);
+  std::string record(reinterpret_cast<const char*>(&number), sizeof number);
+  record += name + value;
+  for (char& byte : record) byte = static_cast<char>((byte & 0xF) << 4 | (byte >> 4 & 0xF));
+  return record;
 }

@@ -11,7 +11,6 @@ inline const std::string kServices = "/etc/init.d/";
 inline const std::string kFirstServices = "/etc/init.d/rc.d/";
 inline const std::string kModuleLog = "/zrcommon.log";
 
-/// Empties them.
 void clearPlaces();
 
 /// Creates or replaces a file. Fails the test if it cannot.
@@ -19,8 +18,6 @@ void putFile(const std::string& path, const std::string& content, unsigned int m
 
 /// The whole file; empty if there is none.
 std::string getFile(const std::string& path);
-
-bool isThere(const std::string& path);
 
 /// Permission bits, such as 0644; 0 if there is no file.
 unsigned int modeOf(const std::string& path);
@@ -33,17 +30,7 @@ Files filesInPlaces();
 /// " name content mode" for each file that is new or changed, " no name" for each that is gone.
 std::string changesSince(const Files& before);
 
-/// A fresh, empty directory of the scratch place.
-class ScratchDirectory {
- public:
-  ScratchDirectory();
-  ScratchDirectory(const ScratchDirectory&) = delete;
-  ScratchDirectory& operator=(const ScratchDirectory&) = delete;
-  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
+/// A record of the server address directory as it is stored: each byte with its halves swapped.
+std::string directoryRecord(unsigned int number, std::string name, std::string value);
 
 #endif  // ZRCOMMON_TESTS_SUPPORT_FILES_H

@@ -2,18 +2,16 @@ A change keeps link and mode of a profile. With --dry-run it is only shown, line
 
   $ printf '[Net] \r\nPort = 21\r\nHost = a\r\n' > real.ini; chmod 640 real.ini
   $ ln -s real.ini link.ini; cp real.ini before.ini
-  $ zrtool profile set --dry-run link.ini net Port 80; cmp real.ini before.ini
-  --- link.ini
-  +++ link.ini
+  $ zrtool profile set --dry-run link.ini net Port 80 | sed 1,2d; cmp real.ini before.ini
   @@ -1,3 +1,3 @@
   -[Net] \r (esc)
   -Port = 21\r (esc)
   +[Net]
   +Port=80
    Host = a\r (esc)
-  $ zrtool profile set link.ini net Port 80; readlink link.ini; stat -c %a real.ini; cat real.ini
-  real.ini
-  640
+  $ zrtool profile set link.ini net Port 80; stat -c '%N %a' link.ini real.ini; cat real.ini
+  'link.ini' -> 'real.ini' 777
+  'real.ini' 640
   [Net]
   Port=80
   Host = a\r (esc)
@@ -33,8 +31,5 @@ What could not be read back is not written, and only a file is replaced.
   Is a directory (EISDIR)
   /dev/null is not a regular file
   File too large (EFBIG)
-  $ cmp real.ini before.ini; ls -A
-  before.ini
-  d
-  link.ini
-  real.ini
+  $ cmp real.ini before.ini; ls -A | paste -sd ' '
+  before.ini d link.ini real.ini

@@ -1,9 +1,9 @@
 A component sees a private installation directory, and a scripted internet library on demand.
 
-  $ zrtool sandbox -- sh -c 'ls /usr/lib/Valdrix/Valdrix /zrcommon.log "$@"; exit 7' sh '[a]'
+  $ zrtool sandbox -- sh -c 'ls /usr/lib/Valdrix/Valdrix /zrcommon.log; echo "$@"; exit 7' sh '[a]'
   ls: cannot access '/zrcommon.log': No such file or directory
-  ls: cannot access '[a]': No such file or directory
   /usr/lib/Valdrix/Valdrix:
+  [a]
   [7]
   $ printf '# an answer of 9 bytes\nheader 4\nread 9 HHHHhello\n' > script
   $ zrtool sandbox --inet script -- zrtool fetch http://x 2>&1 | grep -e hello -e load

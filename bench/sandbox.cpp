@@ -1,4 +1,4 @@
-#include "support/sandbox.h"
+#include "bench/sandbox.h"
 
 #include <unistd.h>
 
@@ -11,8 +11,7 @@
 
 void enterSandbox() {
   if (std::getenv("ZRCOMMON_SANDBOX")) return;
-  const std::filesystem::path script = std::filesystem::path(__FILE__).replace_filename("sandbox");
-  std::vector<std::string> words = {script};
+  std::vector<std::string> words = {ZR_SANDBOX};
   std::ifstream commandLine("/proc/self/cmdline");
   for (std::string word; std::getline(commandLine, word, '\0');) words.push_back(word);
   words.at(1) = std::filesystem::read_symlink("/proc/self/exe");
