@@ -1,18 +1,210 @@
-#include "properties.h"
+// Properties that hold for any input. The tests check them with random bytes; the fuzzer, which is
+// built from this file too, with its own: ZR_FUZZ_TARGET=profile build/fuzz/fuzz/fuzz
+#include <sys/mman.h>
+#include <zrcommon/codecs.h>
+#include <zrcommon/profile.h>
+#include <zrcommon/strings.h>
+#include <zrcommon/system.h>
+
+#include <fstream>
+#include <map>
+#include <sstream>
 
 #include "support/test.h"
 
+namespace {
+
+using Units = std::u16string;
+
+constexpr char kFile[] = "profile";  // in the current directory
+
+// Bytes from which a property takes its arguments; all are zero after the last one.
+class Input {
+ public:
+  explicit Input(const S& bytes) : bytes_(bytes) {}
+
+  std::size_t below(std::size_t end) { return (next() << 8 | next()) % end; }
+
+  // Up to @p most characters of an alphabet.
+  template <typename Text>
+  Text text(std::size_t most, const Text& alphabet) {
+    Text result;
+    for (std::size_t length = below(most + 1); length > 0; --length)
+      result += alphabet[next() % alphabet.size()];
+    return result;
+  }
+
+ private:
+  std::size_t next() { return at_ < bytes_.size() ? bytes_[at_++] & 0xFF : 0; }
+
+  S bytes_;
+  std::size_t at_ = 0;
+};
+
+template <typename Text>
+int order(const Text& a, const Text& b) {
+  return int{b < a} - int{a < b};
+}
+
+template <typename Text>
+Text folded(Text text) {
+  for (auto& unit : text) unit = static_cast<typename Text::value_type>(unit & 0xDF);
+  return text;
+}
+
+void compareLikeTheStandardLibrary(Input& in) {
+  const Units alphabet = u"Aa[{\x0141\x8061\x20\x01E9\x01C9", a = in.text(150, alphabet);
+  Units b = in.below(9) ? a : in.text(150, alphabet);
+  for (char16_t& unit : b)
+    if (in.below(4 * b.size()) == 0) unit = alphabet[in.below(alphabet.size())];
+  const S narrowA(a.begin(), a.end()), narrowB(b.begin(), b.end());
+  GuardedUnits x(a, in.below(40)), y(b, in.below(40));
+  GuardedText s(narrowA, in.below(40)), t(narrowB, in.below(40));
+  EXPECT_EQ(order(a, b), my_wcscmp(x.get(), y.get()));
+  EXPECT_EQ(order(folded(a), folded(b)), my_wcsicmp(x.get(), y.get()));
+  EXPECT_EQ(order(folded(narrowA), folded(narrowB)), my_stricmp(s.get(), t.get()));
+  const std::size_t count = in.below(a.size() + 3), both = std::min({count, a.size(), b.size()});
+  const Units c = a.substr(0, count), d = b.substr(0, count);
+  EXPECT_EQ(order(c, d), my_wcsncmp(x.get(), y.get(), int(count)));
+  EXPECT_EQ(order(folded(c), folded(d)), my_wcsnicmp(x.get(), y.get(), unsigned(count)));
+  EXPECT_EQ(order(a.substr(0, both), b.substr(0, both)), my_wmemcmp(x.get(), y.get(), int(both)));
+  EXPECT_EQ(order(folded(narrowA.substr(0, count)), folded(narrowB.substr(0, count))),
+            my_strnicmp(s.get(), t.get(), unsigned(count)));
+}
+
+void walkLikeTheStandardLibrary(Input& in) {
+  const Units text = in.text(in.below(20) ? 150 : 5000, Units(u"xyzAZ\x7861"));
+  const char16_t wanted = u"xyz\x7861\x6178"[in.below(5)];
+  GuardedUnits placed(text, in.below(40)), copy(text, in.below(40)), joined(text, in.below(40));
+  const auto place = [&](std::size_t at) { return at < text.size() ? placed.get() + at : nullptr; };
+  EXPECT_EQ(text.size(), my_wcslen(placed.get()));
+  EXPECT_EQ(place(text.find(wanted)), my_wcschr(placed.get(), wanted));
+  EXPECT_EQ(place(text.rfind(wanted)), my_wcsrchr(placed.get(), wanted));
+  EXPECT_EQ(place(text.find(wanted)), my_wmemchr(placed.get(), wanted, int(text.size())));
+  joined.get()[text.size() / 2] = 0;
+  my_wcscat(joined.get(), placed.get() + text.size() / 2);
+  EXPECT_EQ(text, joined.text());
+  my_wcscpy(copy.get(), my_wcsrev(placed.get()));
+  EXPECT_EQ(Units(text.rbegin(), text.rend()), copy.text());
+}
+
+void searchLikeTheStandardLibrary(Input& in) {
+  const S alphabet = in.below(2) ? "aaaab" : "abc\xE9\x41", text = in.text(300, alphabet);
+  S pattern = text.substr(in.below(text.size() + 1), 1 + in.below(in.below(9) ? 40 : 200));
+  if (pattern.empty() || in.below(2)) pattern.replace(pattern.size() / 3, 1, "b");
+  GuardedText x(text), y(pattern);
+  GuardedUnits wide(Units(text.begin(), text.end())), wanted(Units(pattern.begin(), pattern.end()));
+  std::size_t at = text.find(pattern);
+  EXPECT_EQ(int(at), SearchFor(x.data<unsigned char>(), int(text.size()), y.data<unsigned char>(),
+                               int(pattern.size())));
+  // The strings' searches take any unit in the middle of a pattern of odd length.
+  for (const char any : pattern.size() % 2 ? alphabet : "") {
+    pattern[pattern.size() / 2] = any;
+    at = std::min(at, text.find(pattern));
+  }
+  EXPECT_EQ(at == S::npos ? nullptr : x.get() + at, my_strstr(x.get(), y.get()));
+  EXPECT_EQ(at == S::npos ? nullptr : wide.get() + at, my_wcsstr(wide.get(), wanted.get()));
+}
+
+// With names and values of up to 765 bytes.
+void transformCommandAndBack(Input& in) {
+  const S bytes = "\x01\x80\xFF+/8W", key = "k" + in.text(69, bytes);
+  S command = in.below(2) ? "a=1" : "page?more?a=1";
+  for (std::size_t pairs = in.below(4); pairs > 0; --pairs)
+    command += "&n" + in.text(9, bytes) + "=v" + in.text(in.below(9) ? 99 : 764, bytes + "=");
+  GuardedText placed(command + S(4 * command.size(), '\0'));
+  CPHPOperations operations(key.c_str());
+  EXPECT_TRUE(operations.ConvertToSecurePhpCommand(placed.get(), 1));
+  EXPECT_TRUE(operations.ConvertToPlainPhpCommand(placed.get(), 1));
+  EXPECT_EQ(command, placed.text());
+}
+
+// The error code and the value of a key.
+S read(const S& file, const S& section, const S& key) {
+  std::ofstream(kFile, std::ios::binary) << file;
+  char out[1025] = {};
+  unsigned int error = 0;
+  GetPrivateProfileString(section.c_str(), key.c_str(), "", out, sizeof out, kFile, &error);
+  return std::to_string(error) + " " + out;
+}
+
+// The file after a key was set.
+S changed(const S& file, const S& section, const S& key, const S& value) {
+  std::ofstream(kFile, std::ios::binary) << file;
+  unsigned int error = 0;
+  WritePrivateProfileString(section.c_str(), key.c_str(), value.c_str(), kFile, &error);
+  std::ostringstream all;
+  all << std::ifstream(kFile, std::ios::binary).rdbuf();
+  return all.str();
+}
+
+// Each line that fgets() returns, trimmed.
+S linesOf(const S& file) {
+  std::ofstream(kFile, std::ios::binary) << file;
+  std::FILE* const stream = std::fopen(kFile, "r");
+  char line[1024];
+  S lines;
+  while (std::fgets(line, sizeof line, stream)) lines += Trim(line) + "\n"s;
+  std::fclose(stream);
+  return lines;
+}
+
+S makeProfile(Input& in) {
+  const S tokens[] = {"[s]",       "[t]", "\n[s]\n", "\n[ S ]x\n", "\nk=1\n",    "\n\tK = v \n",
+                      "\nl=2\n",   "[",   "]",       "k",          "=",          "\n",
+                      "\r",        "#",   ";",       S(1, '\0'),   S(1010, ' '), S(1020, 'x'),
+                      S(4092, '[')};
+  S file;
+  for (std::size_t count = in.below(in.below(10) ? 30 : 200); count > 0; --count)
+    file += tokens[in.below(std::size(tokens))];
+  return file;
+}
+
+void setOneKey(Input& in) {
+  const S file = makeProfile(in), lines = linesOf(file), key = in.below(2) ? "k" : "l";
+  const S value = "v" + in.text(255, "ab=[];#"s), entry = key + "=" + value + "\n";
+  const S after = changed(file, "s", key, value), rest = file.substr(0, file.find('\0'));
+  EXPECT_EQ("0 " + value, read(after, "s", key));
+  EXPECT_EQ(read(lines, "s", key), read(file, "s", key));
+  const S other = read(file, "t", key);
+  // A zero byte after the change ends the copy of its line, line feed included.
+  if (other[0] == '0' && rest == file) {
+    EXPECT_EQ(other, read(after, "t", key));
+  }
+  EXPECT_EQ(lines + "[new]\n" + entry, changed(file, "new", key, value));
+  EXPECT_EQ("[t]\n[s]\n" + entry + rest,
+            changed("[t]\n[s]\n" + key + "\n" + rest, "s", key, value));
+  S comments;
+  while (in.below(160) > 0) comments += "#" + S(in.below(90), '.') + "\n";
+  EXPECT_EQ(comments + after, changed(comments + file, "s", key, value));
+}
+
+const std::map<S, void (*)(Input&)> kProperties = {{"compare", compareLikeTheStandardLibrary},
+                                                   {"profile", setOneKey},
+                                                   {"search", searchLikeTheStandardLibrary},
+                                                   {"secure", transformCommandAndBack},
+                                                   {"strings", walkLikeTheStandardLibrary}};
+
+}  // namespace
+
 TEST(Properties, HoldForRandomInput) {
-  const ScratchDirectory scratch;
-  std::filesystem::current_path(scratch.path());
+  ASSERT_EQ(0, ::chdir("/scratch"));
   std::mt19937 random(20240229);
   for (const auto& [name, property] : kProperties)
     for (int round = 0; round < 400 && !HasFailure(); ++round) {
       S bytes(2000, '\0');
       for (char& byte : bytes) byte = static_cast<char>(random());
-      Input input(bytes);
       SCOPED_TRACE(name + ", round " + std::to_string(round));
+      Input input(bytes);
       property(input);
     }
-  std::filesystem::current_path("/");
+}
+
+// The fuzzer's entry. A property that does not hold throws, which ends the run with a finding.
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+  const char* const target = std::getenv("ZR_FUZZ_TARGET");
+  GTEST_FLAG_SET(throw_on_failure, true);
+  Input input(S(data, data + size));
+  kProperties.at(target ? target : "")(input);
+  return 0;
 }

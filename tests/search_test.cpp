@@ -44,32 +44,31 @@ TEST(SearchFor, GivesUpWithoutLosingTheMatch) {
 }
 
 // Each place around the ends of the first three chunks, after a start in the middle of the file.
+// Only the file is searched in upper case.
 TEST(SearchInFile, FindsAcrossTheBordersOfChunks) {
   constexpr off_t kSize = 9000;
   const int file = ::memfd_create("searched", MFD_CLOEXEC);
-  for (const off_t length : {1, 2, 15, 16, 100, 1000, 1500, 2041, 2042})
-    for (const off_t chunk : {0, 1, 2})
-      for (const off_t from : {-length - 6, -length - 5, -length - 4, -length - 1, -length,
-                               -length + 1, off_t{-1}, off_t{0}, off_t{1}}) {
+  for (const int length : {1, 2, 15, 16, 100, 1000, 1500, 2041, 2042})
+    for (const int chunk : {0, 1, 2})
+      for (const int from :
+           {-length - 6, -length - 5, -length - 4, -length - 1, -length, -length + 1, -1, 0, 1}) {
         const off_t place = 2048 + chunk * (2048 - length - 5) + from;
         if (place < 0) continue;
-        const S pattern = repeat("Q1WERTZ2", std::size_t(length));
-        const S content = repeat(".,;", kSize).replace(std::size_t(place), pattern.size(), pattern);
+        const S stored = repeat("{q1werTZ", std::size_t(length)),
+                pattern = repeat("{Q1WERTZ", std::size_t(length));
+        const S content = repeat(".,[q", kSize).replace(std::size_t(place), stored.size(), stored);
         EXPECT_EQ(kSize, ::pwrite(file, content.data(), content.size(), 0));
         for (const off_t start : {off_t{0}, std::min<off_t>(place, 77), place, place + 1}) {
           const off_t expected = start <= place ? place : -1;
           SCOPED_TRACE(testing::Message() << length << " bytes at " << place << " from " << start);
-          EXPECT_EQ(expected, SearchInFile(file, bytesOf(pattern), int(length), start));
+          EXPECT_EQ(expected, SearchInFile(file, bytesOf(pattern), length, start));
           EXPECT_EQ(stopsAt(kSize, length, start, expected), ::lseek(file, 0, SEEK_CUR));
         }
       }
-  ::lseek(file, 10, SEEK_SET);
+  EXPECT_EQ(-1, SearchInFile(file, bytesOf("q"), 1, 0)) << "a lower-case letter";
   for (const int length : {2043, 1 << 30, 0, -1, -6, -7})
     EXPECT_EQ(-1, SearchInFile(file, bytesOf(S(2043, '.')), length, 0)) << length;
-  EXPECT_EQ(-1, SearchInFile(file, bytesOf("."), 1, -1));
   EXPECT_EQ(-1, SearchInFile(file, nullptr, 1, 0));
-  EXPECT_EQ(10, ::lseek(file, 0, SEEK_CUR)) << "a refused search has moved";
-  EXPECT_EQ(-1, SearchInFile(file, bytesOf("."), 1, 1LL << 40));
+  EXPECT_EQ(-1, SearchInFile(file, bytesOf("."), 1, -1));
   ::close(file);
-  EXPECT_EQ(-1, SearchInFile(-1, bytesOf("."), 1, 0));
 }

@@ -41,7 +41,7 @@ class CaseRow {
   template <typename Result>
   long long number(Result result) {
     if constexpr (std::is_pointer_v<Result>)
-      return result ? result - reinterpret_cast<Result>(texts_.front().memory.data()) : -1;
+      return result ? result - reinterpret_cast<Result>(texts_.front().data()) : -1;
     else
       return sizeof result == 1 ? result & 0xFF : result;
   }
@@ -58,24 +58,15 @@ class CaseRow {
 
   /// Compares the texts with those of the row, or with what they were.
   void checkTexts(bool areUnchanged) {
-    for (Text& each : texts_) {
-      if (!areUnchanged && each.isOutput && take(",")) each.expected = bytes(each.unitBytes);
-      EXPECT_EQ(each.expected, each.memory.bytes().substr(0, each.expected.size()));
+    if (!areUnchanged && output_ && take(",")) *output_ = bytes(outputUnitBytes_);
+    auto expected = expected_.begin();
+    for (const Guarded& text : texts_) {
+      EXPECT_EQ(*expected, text.bytes().substr(0, expected->size()));
+      ++expected;
     }
   }
 
  private:
-  struct Text {
-    Text(const std::string& bytes, std::size_t after, std::size_t size, bool isWritten)
-        : memory(bytes.size(), after), expected(bytes), unitBytes(size), isOutput(isWritten) {
-      bytes.copy(memory.data(), bytes.size());
-    }
-    Guarded memory;
-    std::string expected;
-    std::size_t unitBytes;
-    bool isOutput;
-  };
-
   bool take(const std::string& token) {
     at_ = std::min(row_.find_first_not_of(' ', at_), row_.size());
     const bool isNext = row_.compare(at_, token.size(), token) == 0;
@@ -127,15 +118,22 @@ class CaseRow {
     if (take("null")) return nullptr;
     constexpr std::size_t kUnitBytes = std::is_same_v<const Unit, const unsigned short> ? 2 : 1;
     const std::size_t after = after_ == Guarded::kAtStart ? after_ : after_ * kUnitBytes;
-    texts_.emplace_back(bytes(kUnitBytes), after, kUnitBytes, !std::is_const_v<Unit>);
-    return texts_.back().memory.template data<Unit>();
+    expected_.push_back(bytes(kUnitBytes));
+    if (!std::is_const_v<Unit>) {
+      output_ = &expected_.back();
+      outputUnitBytes_ = kUnitBytes;
+    }
+    return texts_.emplace_back(expected_.back(), after).template data<Unit>();
   }
 
   std::string row_;
   std::size_t after_;
   std::size_t refused_;
   std::size_t at_ = 0;
-  std::list<Text> texts_;
+  std::list<Guarded> texts_;
+  std::list<std::string> expected_;
+  std::string* output_ = nullptr;
+  std::size_t outputUnitBytes_ = 0;
 };
 
 #endif  // ZRCOMMON_TESTS_SUPPORT_CASE_ROW_H

@@ -5,19 +5,20 @@
 
 constexpr std::size_t kPage = 4096;
 
-Guarded::Guarded(std::size_t size, std::size_t after) : size_(size) {
-  if (after == kAtStart) after = (kPage - size % kPage) % kPage;
-  readableBytes_ = (size + after + kPage - 1) / kPage * kPage;
+Guarded::Guarded(const std::string& bytes, std::size_t after) : size_(bytes.size()) {
+  if (after == kAtStart) after = (kPage - size_ % kPage) % kPage;
+  readableBytes_ = (size_ + after + kPage - 1) / kPage * kPage;
   void* const mapping =
       ::mmap(nullptr, readableBytes_ + 2 * kPage, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   readable_ = static_cast<char*>(mapping) + kPage;
   EXPECT_EQ(0, ::mprotect(readable_, readableBytes_, PROT_READ | PROT_WRITE));
-  data_ = readable_ + readableBytes_ - after - size;
-  std::memset(readable_, '#', readableBytes_);
+  data_ = readable_ + readableBytes_ - after - size_;
+  std::fill_n(readable_, readableBytes_, '#');
+  bytes.copy(data_, size_);
 }
 
 Guarded::~Guarded() {
-  std::memset(data_, '#', size_);
+  std::fill_n(data_, size_, '#');
   const std::string all(readable_, readableBytes_);
   EXPECT_EQ(all.npos, all.find_first_not_of('#'))
       << "a byte beside the " << size_ << " was written";

@@ -1,18 +1,19 @@
 #ifndef ZRCOMMON_TESTS_SUPPORT_GUARDED_H
 #define ZRCOMMON_TESTS_SUPPORT_GUARDED_H
 
-#include <cstring>
 #include <string>
 #include <type_traits>
 
-/// Bytes between two unreadable pages. They are '#' at first, like the readable bytes around them,
-/// which must stay so. They end @p after bytes before the second unreadable page; with kAtStart
-/// they begin directly after the first one.
+/// Bytes between two unreadable pages. The readable bytes around them are '#' and must stay so.
 class Guarded {
  public:
   static constexpr std::size_t kAtStart = 4096;
 
-  explicit Guarded(std::size_t size, std::size_t after = 0);
+  /// @param after  readable bytes before the second unreadable page; kAtStart puts the bytes
+  /// directly
+  ///               after the first one
+  explicit Guarded(const std::string& bytes, std::size_t after = 0);
+  explicit Guarded(std::size_t size) : Guarded(std::string(size, '#')) {}
   ~Guarded();
   Guarded(const Guarded&) = delete;
   Guarded& operator=(const Guarded&) = delete;
@@ -38,9 +39,8 @@ class GuardedString : public Guarded {
   using Unit = std::conditional_t<sizeof(Char) == 1, char, unsigned short>;
 
   explicit GuardedString(const std::basic_string<Char>& text, std::size_t unitsAfter = 0)
-      : Guarded((text.size() + 1) * sizeof(Char), unitsAfter * sizeof(Char)) {
-    std::memcpy(data(), text.c_str(), size());
-  }
+      : Guarded({reinterpret_cast<const char*>(text.c_str()), (text.size() + 1) * sizeof(Char)},
+                unitsAfter * sizeof(Char)) {}
   Unit* get() { return data<Unit>(); }
 
   /// The text at present, without its terminator.
