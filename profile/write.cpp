@@ -100,8 +100,8 @@ void copyThroughEntry(ProfileFile& profile, const Change& change) {
   appendEntry(profile, change);
 }
 
-// Kept: after the change, WritePrivateProfileString() drops the rest of a chunk from a zero byte
-// on, line feed included, so the next line joins it (test ProfileWriting.Files)
+// Kept: WritePrivateProfileString() drops the rest of a chunk after the change from a zero byte on,
+// line feed included, so the next line joins it (test ProfileWriting.Files)
 void copyRest(ProfileFile& profile) {
   for (auto chunks = profile.chunks(); !chunks.empty(); chunks = profile.chunks()) {
     profile.skip(chunks.size());
