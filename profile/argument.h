@@ -13,8 +13,9 @@ class Argument {
  public:
   explicit Argument(const char* text) : text_(text, ::strnlen(text, 256)) {}
 
-  // Kept: the profile functions test a name for being empty before they trim it, so a name of
-  // blanks is accepted and means the empty name (test ProfileReading.Entries)
+  // Kept: GetPrivateProfileString() and the other profile functions check whether a name is empty
+  // before they trim it: a name of blanks is accepted and means the empty name
+  // (test ProfileReading.Entries)
   bool isEmpty() const { return text_.empty(); }
 
   std::string_view text() const { return trimmed(text_); }

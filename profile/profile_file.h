@@ -1,7 +1,11 @@
 #ifndef ZRCOMMON_PROFILE_PROFILE_FILE_H
 #define ZRCOMMON_PROFILE_PROFILE_FILE_H
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <optional>
 #include <string_view>
@@ -152,8 +156,8 @@ class ProfileFile {
 template <typename Take>
 bool takeThroughHeader(ProfileFile& profile, std::string_view section, Take take) {
   for (auto chunks = profile.chunks(); !chunks.empty(); chunks = profile.chunks()) {
-    // Kept: the profile functions see only the first section of a name
-    // (test ProfileReading.Entries)
+    // Kept: GetPrivateProfileString() and the other profile functions search only the first section
+    // of a name (test ProfileReading.Entries)
     const std::size_t end = findSection(chunks, section);
     take(chunks.substr(0, end));
     if (end != std::string_view::npos) return true;

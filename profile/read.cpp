@@ -21,8 +21,8 @@ bool findEntry(ProfileFile& profile, std::string_view key, std::string_view& ent
       const std::string_view chunk = chunks.chunk();
       if (chunk.front() != '[' && filter.rulesOut(chunk)) continue;
       entry = chunks.text();
-      // Kept: a header without "]" also ends the section that the profile functions search
-      // (test ProfileReading.Entries)
+      // Kept: GetPrivateProfileString() and GetPrivateProfileInt() end the section also at a header
+      // without "]" (test ProfileReading.Entries)
       if (isHeader(entry)) return false;
       if (!isComment(entry) && isSameName(keyOf(entry), key)) return true;
     }
@@ -79,8 +79,8 @@ int GetPrivateProfileInt(const char* section, const char* key, int defaultValue,
   if (!section || !key || !fileName || !error) return -1;
   int number = defaultValue;
   *error = readValue(section, key, fileName, [&](const char* value) {
-    // Kept: an empty value is an error for GetPrivateProfileInt() and a success for
-    // GetPrivateProfileString() (test ProfileReading.Numbers)
+    // Kept: GetPrivateProfileInt() fails with an empty value, GetPrivateProfileString() does not
+    // (test ProfileReading.Numbers)
     if (!*value) return kNoValue;
     number = std::atoi(value);
     return kSuccess;

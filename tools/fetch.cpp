@@ -27,11 +27,13 @@ std::string whyNotFetched(const FetchArguments& arguments, const char* body) {
                        : "the body is " + limit;
 }
 
-void deliver(const std::string& file, std::string_view body, Output& out) {
+// A part of a body takes the place of no file.
+void deliver(const std::string& file, std::string_view body, bool isWhole, Output& out) {
   if (file.empty()) {
     out.result({{"body", body}});
     return out.print(body);
   }
+  if (!isWhole) return;
   NewFile saved(file);
   saved.write(body);
   saved.commit();
@@ -46,12 +48,12 @@ void fetch(const FetchArguments& arguments, Output& out) {
                                 static_cast<unsigned int>(body.size()), &received, &error))
     throw Refusal("nothing was fetched from " + arguments.url + ": " +
                   whyNotFetched(arguments, body.data()) + "; see zrtool doctor");
-  const std::size_t length = std::strlen(body.data());
-  deliver(arguments.output, {body.data(), length}, out);
-  if (length != received)
-    throw Refusal(
-        "the body holds zero bytes, which a text response cannot: " + std::to_string(length) +
-        " of " + std::to_string(received) + " bytes were delivered");
+  const std::string_view text(body.data(), std::strlen(body.data()));
+  deliver(arguments.output, text, text.size() == received, out);
+  if (text.size() != received)
+    throw Refusal("the body holds zero bytes, which a text response cannot: only the first " +
+                  std::to_string(text.size()) + " of " + std::to_string(received) +
+                  " bytes were received");
 }
 
 }  // namespace

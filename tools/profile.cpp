@@ -95,15 +95,17 @@ std::vector<Finding> findingsIn(const std::string& file) {
   }
 }
 
+// A finding without a line is about the whole file.
 void print(const std::string& file, const Finding& finding, Output& out) {
   const std::string& severity = severityNames()[static_cast<std::size_t>(finding.severity)];
+  const std::string line = std::to_string(finding.line);
   out.entry({{"file", file},
-             {"line", finding.line},
+             {"line", finding.line == 0 ? Json() : Json(finding.line)},
              {"severity", severity},
              {"code", finding.code},
              {"message", finding.message}},
-            file + ':' + std::to_string(finding.line) + ": " + severity + ": " + finding.message +
-                " [" + finding.code + ']');
+            file + (finding.line == 0 ? "" : ':' + line) + ": " + severity + ": " +
+                finding.message + " [" + finding.code + ']');
 }
 
 void lint(const ProfileArguments& arguments, Output& out) {

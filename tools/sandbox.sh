@@ -25,7 +25,7 @@ fi
 network=$2
 shift 2
 directory=$PWD
-# In another sandbox, what is under its /host.
+# In another sandbox, the machine is under its /host, and /scratch stays.
 machine=${ZRCOMMON_SANDBOX:+/host}
 trap 'refuse "the private root could not be made"' EXIT
 
@@ -34,7 +34,10 @@ mkdir /mnt/host
 mount --rbind "${machine:-/}" /mnt/host
 # Directories are mounted, so that they keep their names. Those with private parts are made of links.
 for path in /* /usr/*; do
-  case $path in /dev | /etc | /host | /mnt | /scratch | /usr | /usr/lib | /zrcommon.log) continue ;; esac
+  case $path in
+    /dev | /etc | /host | /mnt | /usr | /usr/lib | /zrcommon.log) continue ;;
+    /scratch) [ -n "$machine" ] || continue ;;
+  esac
   mkdir -p /mnt/usr
   if [ -L "$path" ]; then
     cp -P "$path" "/mnt$path"
@@ -64,5 +67,6 @@ for link in fd stdin stdout stderr; do ln -s "/host/dev/$link" dev/$link; done
 ln -s /host/dev/pts /host/dev/ptmx dev
 [ -z "$network" ] || ip link set lo up
 trap - EXIT
+# shellcheck disable=SC2016 # for the inner shell
 ZRCOMMON_SANDBOX=1 exec chroot /mnt sh -c 'cd "$0" 2>/dev/null || cd "/host$0"; exec "$@"' \
   "$directory" "$@"

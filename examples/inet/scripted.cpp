@@ -1,7 +1,7 @@
 // libinet.so that answers from a script, for what a real server can't be made to do.
 //
 // INET_SCRIPT names the script (script.h tells what it can say). With a script that is missing or
-// wrong, the errors go to standard error and every call fails.
+// wrong, every call fails and prints the errors to standard error.
 // INET_RECORD names a file that gets one line for every call, and for loading and unloading. It
 // shows the settings as text, if they are not zeros, and says when a handle is not zero.
 #include <algorithm>
@@ -32,14 +32,14 @@ std::string request(const char* url, const tagZRINETCONFIG* config) {
 }
 
 struct Scripted {
-  Scripted() {
-    record("load");
-    for (const std::string& error : script.errors())
-      std::cerr << "inet_scripted: " << setting("INET_SCRIPT") << ": " << error << std::endl;
-  }
+  Scripted() { record("load"); }
   ~Scripted() { record("unload"); }
 
-  bool isWrong() const { return !script.errors().empty(); }
+  bool isWrong() const {
+    for (const std::string& error : script.errors())
+      std::cerr << "inet_scripted: " << setting("INET_SCRIPT") << ": " << error << std::endl;
+    return !script.errors().empty();
+  }
 
   std::ifstream file{setting("INET_SCRIPT")};
   const InetScript script{file};

@@ -190,7 +190,7 @@ ZRCOMMON_API unsigned int GetValueFromInfoEml(unsigned int entry, const char* na
 /// Asks the kernel through a netlink route socket whose port is the process id. The call fails with
 /// code 101 while the process holds another netlink socket with that port: one of another thread
 /// that lists links, or one that the kernel bound automatically, which gets the process id if that
-/// is free ("zrtool doctor" shows the holder). The call can wait forever: only the kernel's done
+/// is free ("ss -f netlink -p" shows the holder). The call can wait forever: only the kernel's done
 /// message ends it, there is no time limit, and it receives again after a failed receive.
 ///
 /// @param interfaces  records that it already holds stay; a record for which there is no memory is

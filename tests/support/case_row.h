@@ -30,8 +30,6 @@ class CaseRow {
     Parameter value = {};
     if constexpr (std::is_pointer_v<Parameter>)
       value = text<std::remove_pointer_t<Parameter>>();
-    else if constexpr (std::is_same_v<Parameter, std::string>)
-      value = bytes(1);
     else
       value = static_cast<Parameter>(number());
     return refused_-- == 0 ? Parameter{} : value;

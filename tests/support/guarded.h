@@ -1,6 +1,7 @@
 #ifndef ZRCOMMON_TESTS_SUPPORT_GUARDED_H
 #define ZRCOMMON_TESTS_SUPPORT_GUARDED_H
 
+#include <cstring>
 #include <string>
 #include <type_traits>
 

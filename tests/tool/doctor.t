@@ -1,6 +1,6 @@
 The doctor says for each problem what to try.
 
-  $ installation=/usr/lib/Valdrix/Valdrix; zrtool doctor 2>&- | grep -A 1 PROBLEM
+  $ export INET_SCRIPT=/dev/null installation=/usr/lib/Valdrix/Valdrix; zrtool doctor 2>&- | grep -A 1 PROBLEM
   PROBLEM  internet-library /usr/lib/Valdrix/Valdrix/libinet.so: the internet library cannot be loaded: /usr/lib/Valdrix/Valdrix/libinet.so: cannot open shared object file: No such file or directory
            try: install the product, or a stand-in module for tests
   $ cp $BUILD/examples/inet/libinet_scripted.so $installation/libinet.so; chmod 777 $installation

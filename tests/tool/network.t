@@ -1,9 +1,9 @@
 What keeps the internet library from being used is named.
 
-  $ installation=/usr/lib/Valdrix/Valdrix
+  $ installation=/usr/lib/Valdrix/Valdrix; : > script; export INET_SCRIPT=script
   $ cp $BUILD/examples/inet/libinet_without_GetHeader.so $installation/libinet.so; ! zrtool fetch http://x
   zrtool: nothing was fetched from http://x: the internet library has no entry point GetHeader; see zrtool doctor
-  $ cp $BUILD/examples/inet/libinet_scripted.so $installation/libinet.so; export INET_SCRIPT=script
+  $ cp $BUILD/examples/inet/libinet_scripted.so $installation/libinet.so
   $ printf 'header 4\nread 9 HHHHhello\npresent 1 bin\n' > script
   $ zrtool fetch --json http://x; echo old > body; zrtool fetch http://x --max 4 --output body; cat body
   {"body":"hello"}

@@ -9,8 +9,8 @@ Findings have a line, a severity and a code; --fail-on says which make the comma
   broken-header zrtool: findings of the severity error or above: 5
   $ printf '\377\376[\0a\0]\0' > utf16; printf '[a]\rb=1\r' > cr; mkdir d
   $ printf '\357\273\277[a]\n' > bom; printf '[a]\nb=1\0\n' > zero; short utf16 cr d bom zero
-  utf16:1:e utf-16 cr:1:e cr-only d:0:e unreadable bom:1:e byte-order-mark bom:1:e 
-  before-sections zero:2:e zero-byte zrtool: findings of the severity error or above: 6
+  utf16:1:e utf-16 cr:1:e cr-only d:e unreadable bom:1:e byte-order-mark bom:1:e before-sections 
+  zero:2:e zero-byte zrtool: findings of the severity error or above: 6
   $ printf '[a]\nb="1"\n' > q; zrtool profile lint q; zrtool profile lint --fail-on warning q >q2
   q:2: warning: the quotes are part of the value [quotes]
   zrtool: findings of the severity warning or above: 1

@@ -13,9 +13,8 @@ A command line that is wrong is answered in one sentence, also as JSON.
 
 Every code has a meaning. Numbers are decimal.
 
-  $ zrtool explain | cut -d' ' -f1 | sort -nu | tr '\n' ' '; zrtool explain 9999; zrtool explain 0140
-  0 1 2 3 4 101 102 105 120 121 140 201 202 203 204 205 206 zrtool: code 9999 is none of the library's, of zrtool's or of the system's
-  140  connectivity check, result 0: msg32.htm was not reached, though msg32.bin beside it was
+  $ zrtool explain | cut -d' ' -f1 | sort -nu | tr '\n' ' '; zrtool explain 0140
+  0 1 2 3 4 101 102 105 120 121 140 201 202 203 204 205 206 140  connectivity check, result 0: msg32.htm was not reached, though msg32.bin beside it was
 
 On a terminal, help has its width, and control characters are shown, not sent.
 
