@@ -1,14 +1,11 @@
 // Properties that hold for any input. The tests check them with random bytes; the fuzzer, which is
 // built from this file too, with its own: ZR_FUZZ_TARGET=profile build/fuzz/fuzz/fuzz
-#include <sys/mman.h>
 #include <zrcommon/codecs.h>
 #include <zrcommon/profile.h>
 #include <zrcommon/strings.h>
 #include <zrcommon/system.h>
 
-#include <fstream>
 #include <map>
-#include <sstream>
 
 #include "support/test.h"
 
@@ -120,7 +117,7 @@ void transformCommandAndBack(Input& in) {
 
 // The error code and the value of a key.
 S read(const S& file, const S& section, const S& key) {
-  std::ofstream(kFile, std::ios::binary) << file;
+  putFile(kFile, file);
   char out[1025] = {};
   unsigned int error = 0;
   GetPrivateProfileString(section.c_str(), key.c_str(), "", out, sizeof out, kFile, &error);
@@ -129,17 +126,15 @@ S read(const S& file, const S& section, const S& key) {
 
 // The file after a key was set.
 S changed(const S& file, const S& section, const S& key, const S& value) {
-  std::ofstream(kFile, std::ios::binary) << file;
+  putFile(kFile, file);
   unsigned int error = 0;
   WritePrivateProfileString(section.c_str(), key.c_str(), value.c_str(), kFile, &error);
-  std::ostringstream all;
-  all << std::ifstream(kFile, std::ios::binary).rdbuf();
-  return all.str();
+  return getFile(kFile);
 }
 
 // Each line that fgets() returns, trimmed.
 S linesOf(const S& file) {
-  std::ofstream(kFile, std::ios::binary) << file;
+  putFile(kFile, file);
   std::FILE* const stream = std::fopen(kFile, "r");
   char line[1024];
   S lines;
