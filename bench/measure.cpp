@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int kTurns = 40;
+constexpr int kTurns = 60;
 constexpr double kTurnSeconds = 0.002;
 
 class LeastTimes : public benchmark::BenchmarkReporter {
