@@ -10,7 +10,7 @@
 #include "support/guarded.h"
 
 /// One row of a case file, read from left to right: a call, its result, and the text that the call
-/// leaves. The first lines of tests/cases/compare.txt say how to read a row.
+/// leaves. The first lines of tests/cases/strings.txt say how to read a row.
 class CaseRow {
  public:
   /// @param after    units between the end of each text and the unreadable page
