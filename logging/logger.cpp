@@ -72,13 +72,13 @@ void CZRLogger::WriteToFile(const char* message) {
   const Fd file(openFile(m_szLogFileName, flags, 0600));
   if (!file) return;
   // Kept: CZRLogger::WriteToFile() seeks to the end of the file and writes the parts of the line
-  // with separate calls; it does not use append mode (test Logger.WritesWithTheAgreedSystemCalls)
+  // with separate calls; it does not use append mode (test Robustness.EveryCallFails)
   (void)::lseek(file.get(), 0, SEEK_END);
   const std::size_t length = std::strlen(message);
   writeOnce(file.get(), m_szComponent, std::strlen(m_szComponent));
   writeOnce(file.get(), " ", 1);
   // Kept: CZRLogger::WriteToFile() writes no line ending after a message that was not written
-  // whole; the next message then continues the same line (test Logger.ShortWriteLeavesTheLineOpen)
+  // whole; the next message then continues the same line (test Robustness.EveryCallFails)
   if (writeOnce(file.get(), message, length) == static_cast<ssize_t>(length))
     writeOnce(file.get(), "\r\n", 2);
 }

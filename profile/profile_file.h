@@ -128,7 +128,7 @@ class ProfileFile {
   }
 
   // Kept: WritePrivateProfileString() does not detect that the copy cannot be written, and the copy
-  // replaces the profile all the same (test ProfileWriting.FullDiskGoesUnnoticed)
+  // replaces the profile all the same (test Robustness.EveryCallFails)
   void write(std::string_view bytes) {
     written_ += bytes.size();
     while (!bytes.empty()) {

@@ -126,14 +126,8 @@ TEST(Interfaces, WalksEveryDatagramToItsEnd) {
   datagrams.clear();
 }
 
-TEST(Interfaces, NullErrorOrAPortThatIsTakenGivesNothing) {
+TEST(Interfaces, NullErrorGivesNothing) {
   tagZR_MACADDR_INFO info = {};
-  info.count = 5;
-  unsigned int error = 7;
-  const auto listAddresses = [&] { EXPECT_EQ(0U, GetFormattedMACAddress(&info, &error)); };
-  watch(listAddresses, {Fault::kFails, 1, EADDRINUSE});
-  EXPECT_EQ(101U, error);
-  EXPECT_EQ(0, info.count);
   std::vector<tagZR_ETHERNET_INTERFACES_INFO> interfaces;
   EXPECT_EQ("", watch([&] {
                   EXPECT_EQ(0U, GetEthernetInterfacesDetails(interfaces, nullptr));

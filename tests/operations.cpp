@@ -36,12 +36,6 @@ void inetLibrary() {
   std::filesystem::copy_file(ZR_BUILD_DIR "/tests/libquiet_inet.so", kInstallation + "libinet.so");
   putFile(kInstallation + "zrinet.opt", std::string(788, 'o'), 0600);
 }
-void features() {
-  putFile(kInstallation + "zrfeature.dat", "0123456789a");
-}
-void service() {
-  putFile(kServices + "service", "#!/bin/sh\necho run >/scratch/f\n", 0755);
-}
 
 }  // namespace
 
@@ -135,8 +129,6 @@ const std::vector<Operation>& operations() {
           {{"open-w 1 fails", "0"},
            {"write 2 fails", "0 zrcommon.log 0 lines 0666"},
            {"chmod 1 fails", "0 zrcommon.log 1 lines 0600"}}),
-      row("GetZrPath", nothing, "1 /usr/lib/Valdrix/Valdrix/",
-          [](Result& r) { r.value = GetZrPath(r.text); }, {{"access 1 fails", "0"}}),
       row("ZRCopyFile", twoFiles, "1 g '0123456789' 0640",
           [](Result& r) { r.value = ZRCopyFile(kFile, kOther); },
           {{"open-r 1 fails", "0"},
@@ -158,18 +150,6 @@ const std::vector<Operation>& operations() {
             r.value = SearchInFile(file, reinterpret_cast<const unsigned char*>("89"), 2, 0);
             ::syscall(SYS_close, file);
           },
-          {{"lseek 1 fails", "-1"}, {"read 1 fails", "-1"}, {"read 1 is short", "-1"}}),
-      row("HandleService", service, "1 code 0 f 'run\n' 0644",
-          [](Result& r) { r.value = HandleService("service", 1, &r.error); },
-          {{"access 2 fails", "0 code 120"}}),
-      row("GetZRFeaturesSetting", features, "1 code 0",
-          [](Result& r) {
-            tagZR_FEATURE feature = {};
-            r.value = GetZRFeaturesSetting(&feature, &r.error);
-            if (r.error > 2) r.error = 3;  // any errno
-          },
-          {{"open-r 1 fails", "0 code 2"},
-           {"read 1 fails", "0 code 3"},
-           {"read 1 is short", "0 code 0"}})};
+          {{"lseek 1 fails", "-1"}, {"read 1 fails", "-1"}, {"read 1 is short", "-1"}})};
   return table;
 }

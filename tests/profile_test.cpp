@@ -190,15 +190,6 @@ TEST(ProfileWriting, ReplacesInTheAgreedOrder) {
   EXPECT_EQ(0664U, modeOf(kPath));
 }
 
-TEST(ProfileWriting, FullDiskGoesUnnoticed) {
-  putFile(kPath, "[s]\nk=1\n");
-  const Calls calls = watch([] { write("s", "k", "v"); });
-  const auto first = std::find(calls.names.begin(), calls.names.end(), "write");
-  const auto place = static_cast<std::size_t>(first - calls.names.begin());
-  watch([] { EXPECT_EQ(0U, write("s", "k", "new")); }, {Fault::kIsShort, place, 0, "write", 6});
-  EXPECT_EQ("[s]\nk=", getFile(kPath));
-}
-
 TEST(ProfileLines, HelpersCutUpTheirLine) {
   const auto cut = [](S line, auto helper) {
     const char* const result = helper(line.data());

@@ -1,7 +1,5 @@
 // Every operation of the table with failing calls and without memory.
 #include <malloc.h>
-#include <sys/wait.h>
-#include <zrcommon/profile.h>
 
 #include "operations.h"
 #include "support/calls.h"
@@ -63,8 +61,7 @@ void failAt(const Operation& operation, const std::vector<S>& calls, std::size_t
   }
   // Even where the clean-up fails as well, errno is that of the call that made the operation fail.
   const Played played = play(operation, {Fault::kFails, at, ENOSPC, "close chmod unlink remove"});
-  const bool isTold = played.outcome[0] != operation.outcome[0] && call != "socket" &&
-                      operation.name != "GetZRFeaturesSetting";
+  const bool isTold = played.outcome[0] != operation.outcome[0] && call != "socket";
   EXPECT_EQ(isTold ? ENOSPC : played.error, played.error) << "and the clean-up fails";
 }
 
@@ -104,33 +101,6 @@ TEST(Robustness, EveryAllocationFails) {
 #endif
   for (const Operation& operation : operations())
     for (int allocation = 0; runShort(operation, allocation);) ++allocation;
-}
-
-// The profile that a writer leaves which ends before one of its calls: the old one or, under the
-// copy's name, the new one, whole.
-TEST(Robustness, AWriterThatEndsLeavesAWholeProfile) {
-  const S path = kScratch + "p", filler(40000, '\n');
-  const S before = "[s]\nkey=1\n" + filler, after = "[s]\nkey=new\n" + filler;
-  const auto write = [&] {
-    unsigned int error = 0;
-    WritePrivateProfileString("s", "key", "new", path.c_str(), &error);
-  };
-  putFile(path, before);
-  const std::size_t calls = watch(write).names.size();
-  for (std::size_t at = 0; at < calls; ++at) {
-    putFile(path, before);
-    const pid_t child = ::fork();
-    if (child == 0) {
-      watch(write, {Fault::kEndsTheProcess, at});
-      ::_exit(1);
-    }
-    int status = 1;
-    ::waitpid(child, &status, 0);
-    const bool isOld = modeOf(path) != 0;
-    EXPECT_TRUE(status == 0 && getFile(isOld ? path : path + ".tmp") == (isOld ? before : after))
-        << "before call " << at;
-  }
-  EXPECT_EQ(0U, modeOf(path)) << "the last call renames the copy";
 }
 
 }  // namespace

@@ -13,7 +13,7 @@
 
 /// What happens to one of the calls that the library makes.
 struct Fault {
-  enum Kind { kNone, kFails, kIsShort, kWritesNothing, kEndsTheProcess } kind = kNone;
+  enum Kind { kNone, kFails, kIsShort, kWritesNothing } kind = kNone;
   std::size_t place = 0;         ///< of the call; 0 is the first
   int error = 0;                 ///< errno of a call that fails; a close happens all the same
   std::string alsoFailing = {};  ///< later calls of these names fail too, with EIO
