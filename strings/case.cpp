@@ -87,11 +87,11 @@ unsigned short* my_wcsupr(unsigned short* text) {
 // ASCII, as in most locales, the vectorised loops do the same. For a short text, the look-ups cost
 // less than the comparison of the tables.
 int strUpr(char* text, int length) {
-  constexpr int kShortBytes = 48;
   if (length <= 0) return 1;
   auto* const bytes = reinterpret_cast<unsigned char*>(text);
   const std::int32_t* const upper = *::__ctype_toupper_loc();
-  if (length > kShortBytes && std::memcmp(upper, kAsciiUpper.data(), sizeof kAsciiUpper) == 0)
+  if (length >= static_cast<int>(kBlockBytes) &&
+      std::memcmp(upper, kAsciiUpper.data(), sizeof kAsciiUpper) == 0)
     changeCase(bytes, static_cast<std::size_t>(length), static_cast<unsigned char>('a'));
   else
     std::for_each(bytes, bytes + length, [upper](unsigned char& byte) {

@@ -14,7 +14,9 @@ namespace zrcommon {
 /// A rule is a function that takes a window of each string and sets all bits of the units at which
 /// the walk stops. No walk reads a page that holds no part of its strings: one string is read by
 /// aligned windows, each of which lies in one page and which valgrind accepts; two strings are read
-/// by pairs of windows where these lie in one page each.
+/// by windows at any address where these lie in one page each.
+///
+/// The walks are inlined, so that each of them knows its rule and whether it has a limit.
 namespace scan {
 
 using Window = __m128i;
