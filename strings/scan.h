@@ -102,13 +102,12 @@ template <typename Unit, typename Rule>
   std::size_t at = kUnits - before / sizeof(Unit);
   if (limit <= at) return unitsBefore<Unit>(first, limit);
   if (first) return unitsBefore<Unit>(first);
-  for (; at + 4 * kUnits <= limit; at += 4 * kUnits)
+  for (; at + 4 * kUnits < limit; at += 4 * kUnits)
     for (std::size_t i = 0; i < 4; ++i)
       if (const auto stops = bits(rule(loadAligned(text + at + i * kUnits))))
         return at + i * kUnits + unitsBefore<Unit>(stops);
-  for (; at + kUnits <= limit; at += kUnits)
+  for (; at + kUnits < limit; at += kUnits)
     if (const auto stops = bits(rule(loadAligned(text + at)))) return at + unitsBefore<Unit>(stops);
-  if (at == limit) return limit;
   return at + unitsBefore<Unit>(bits(rule(loadAligned(text + at))), limit - at);
 }
 
