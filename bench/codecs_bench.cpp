@@ -1,3 +1,4 @@
+#include <benchmark/benchmark.h>
 #include <glib.h>
 #include <openssl/evp.h>
 #include <zrcommon/codecs.h>
@@ -56,11 +57,11 @@ void enterPeer(const std::string& operation, const std::string& size, const std:
     char* const text = w->copied();
     const int length = convert(text, static_cast<int>(std::strlen(text)), area);
     std::memcpy(text, area, static_cast<std::size_t>(length) + 1);
-    keepMemory();
+    benchmark::ClobberMemory();
   });
   enter(operation, size, "bare " + name, [w, convert] {
     convert(w->text.data(), w->length(), w->out.data());
-    keepMemory();
+    benchmark::ClobberMemory();
   });
 }
 
@@ -74,7 +75,7 @@ unsigned char* asBytes(char* text) {
 void enterEncoding(Work* w, const std::string& size) {
   enter("Base64 encode", size, "ours", [w] {
     CBase64Url().Encode(w->copied(), 1);
-    keepMemory();
+    benchmark::ClobberMemory();
   });
   enterPeer("Base64 encode", size, "OpenSSL", w, [](const char* from, int length, char* to) {
     return EVP_EncodeBlock(asBytes(to), asBytes(from), length);
@@ -92,7 +93,7 @@ void enterEncoding(Work* w, const std::string& size) {
 void enterDecoding(Work* ours, Work* theirs, const std::string& size) {
   enter("Base64 decode", size, "ours", [ours] {
     CBase64Url().Decode(ours->copied(), static_cast<unsigned int>(ours->text.size() + 1));
-    keepMemory();
+    benchmark::ClobberMemory();
   });
   enterPeer("Base64 decode", size, "OpenSSL", theirs, [](const char* from, int length, char* to) {
     return EVP_DecodeBlock(asBytes(to), asBytes(from), length);
@@ -117,12 +118,12 @@ void enterCrypt(std::size_t length) {
   work->copied();
   enter("CCrypt::Encrypt", size, "ours", [work] {
     crypt.Encrypt(work->out.data());
-    keepMemory();
+    benchmark::ClobberMemory();
   });
   auto* const bare = new Work(work->text);
   enter("CCrypt::Encrypt", size, "bare pass", [bare] {
     passOver(bare->out.data(), bare->text.size(), '\x40');
-    keepMemory();
+    benchmark::ClobberMemory();
   });
 }
 
@@ -134,16 +135,16 @@ void enterBlocks(std::size_t length) {
   const auto bytes = static_cast<unsigned int>(length);
   const auto pass = [work, length] {
     passOver(work->out.data(), length, '\x40');
-    keepMemory();
+    benchmark::ClobberMemory();
   };
   enter("EncryptBlock", size, "ours", [work, bytes] {
     EncryptBlock(work->out.data(), bytes);
-    keepMemory();
+    benchmark::ClobberMemory();
   });
   enter("EncryptBlock", size, "bare pass", pass);
   enter("Encrypt", size, "ours", [work] {
     Encrypt(work->to(), work->length());
-    keepMemory();
+    benchmark::ClobberMemory();
   });
   enter("Encrypt", size, "bare pass", pass);
 }
@@ -209,13 +210,13 @@ void enterCommand(std::size_t pairs) {
     std::memcpy(work->data(), command.c_str(), command.size() + 1);
     operations.ConvertToSecurePhpCommand(work->data(), 1);
     operations.ConvertToPlainPhpCommand(work->data(), 1);
-    keepMemory();
+    benchmark::ClobberMemory();
   });
   enter("secure command and back", size, "OpenSSL", [=, peer = OpenSslCommand()]() mutable {
     std::memcpy(work->data(), command.c_str(), command.size() + 1);
     peer.transform(work->data(), OpenSslCommand::toSecure);
     peer.transform(work->data(), OpenSslCommand::toPlain);
-    keepMemory();
+    benchmark::ClobberMemory();
   });
 }
 

@@ -1,11 +1,9 @@
 #ifndef ZRCOMMON_BENCH_CONTEST_H
 #define ZRCOMMON_BENCH_CONTEST_H
 
-#include <functional>
 #include <string>
 
-/// Calls of the contestant, so many of them.
-using Calls = std::function<void(long count)>;
+#include "bench/measure.h"
 
 /// Begins a family: the rows that are entered from now on stand in its table.
 void enterFamily(const std::string& name);
@@ -19,20 +17,7 @@ void enterCalls(const std::string& operation, const std::string& size,
 template <typename Body>
 void enter(const std::string& operation, const std::string& size, const std::string& contestant,
            Body body) {
-  enterCalls(operation, size, contestant, [body](long count) mutable {
-    for (; count > 0; --count) body();
-  });
-}
-
-/// Tells the compiler that somebody looks at the value.
-template <typename Value>
-void keep(const Value& value) {
-  asm volatile("" : : "r,m"(value) : "memory");
-}
-
-/// Tells the compiler that somebody looks at all memory and may change it.
-inline void keepMemory() {
-  asm volatile("" : : : "memory");
+  enterCalls(operation, size, contestant, callsOf(body));
 }
 
 // Each family enters its rows.

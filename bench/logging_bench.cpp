@@ -1,3 +1,4 @@
+#include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -31,9 +32,9 @@ void mustWrite(int fd, const char* text, std::size_t length) {
 }
 
 void bareClassWrite(const char* path) {
-  keep(::access(path, F_OK));
+  benchmark::DoNotOptimize(::access(path, F_OK));
   const int fd = ::open(path, O_RDWR | O_CLOEXEC, 0600);
-  keep(::lseek(fd, 0, SEEK_END));
+  benchmark::DoNotOptimize(::lseek(fd, 0, SEEK_END));
   mustWrite(fd, "BENCH", 5);
   mustWrite(fd, " ", 1);
   mustWrite(fd, kMessage.data(), kMessage.size());
@@ -42,12 +43,12 @@ void bareClassWrite(const char* path) {
 }
 
 void barePlainWrite(const char* path) {
-  keep(::access(path, F_OK));
+  benchmark::DoNotOptimize(::access(path, F_OK));
   const int fd = ::open(path, O_WRONLY | O_APPEND | O_CLOEXEC, 0600);
   mustWrite(fd, kMessage.data(), kMessage.size());
   mustWrite(fd, "\n", 1);
   ::close(fd);
-  keep(::chmod(path, 0666));
+  benchmark::DoNotOptimize(::chmod(path, 0666));
 }
 
 }  // namespace

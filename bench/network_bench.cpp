@@ -1,3 +1,4 @@
+#include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <ifaddrs.h>
 #include <linux/rtnetlink.h>
@@ -58,13 +59,13 @@ void listOurs() {
   std::vector<tagZR_ETHERNET_INTERFACES_INFO> interfaces;
   unsigned int error = 0;
   must(GetEthernetInterfacesDetails(interfaces, &error) == 1, "GetEthernetInterfacesDetails");
-  keep(interfaces.data());
+  benchmark::DoNotOptimize(interfaces.data());
 }
 
 void listByGetifaddrs() {
   ifaddrs* all = nullptr;
   must(::getifaddrs(&all) == 0, "getifaddrs");
-  keep(all);
+  benchmark::DoNotOptimize(all);
   ::freeifaddrs(all);
 }
 
@@ -74,7 +75,7 @@ void listByLinkCache() {
   nl_cache* cache = nullptr;
   must(nl_connect(socket, NETLINK_ROUTE) == 0, "nl_connect");
   must(rtnl_link_alloc_cache(socket, AF_UNSPEC, &cache) == 0, "rtnl_link_alloc_cache");
-  keep(cache);
+  benchmark::DoNotOptimize(cache);
   nl_cache_free(cache);
   nl_socket_free(socket);
 }
@@ -149,7 +150,7 @@ void writeDirectory() {
 void lookUpLast() {
   char value[256] = {};
   must(GetValueFromInfoEml(kRecords, "Connection Check", value, sizeof value) == 1, kDirectory);
-  keep(value);
+  benchmark::DoNotOptimize(value);
 }
 
 void readAll() {
@@ -157,7 +158,7 @@ void readAll() {
   const int fd = ::open(kDirectory, O_RDONLY | O_CLOEXEC);
   for (std::uint32_t i = 0; i < kRecords; ++i)
     must(::read(fd, &record, sizeof record) == ssize_t{sizeof record}, kDirectory);
-  keep(record);
+  benchmark::DoNotOptimize(record);
   ::close(fd);
 }
 

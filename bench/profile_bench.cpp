@@ -1,3 +1,4 @@
+#include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <unistd.h>
 #include <zrcommon/profile.h>
@@ -42,7 +43,7 @@ void readOurs(const ProfileSample& sample, const std::string& section, const std
   unsigned int error = 0;
   must(GetPrivateProfileString(section.c_str(), key.c_str(), "", value, sizeof value,
                                sample.path.c_str(), &error) == 0);
-  keep(value);
+  benchmark::DoNotOptimize(value);
 }
 
 // Reads the file by blocks to its end; @p visit gets each.
@@ -62,11 +63,11 @@ void countLines(const char* block, std::size_t size) {
     block = static_cast<const char*>(lineFeed) + 1;
     ++lines;
   }
-  keep(lines);
+  benchmark::DoNotOptimize(lines);
 }
 
 void readLastBare(const ProfileSample& sample) {
-  readBare(sample, [](const char* block, std::size_t) { keep(block); });
+  readBare(sample, [](const char* block, std::size_t) { benchmark::DoNotOptimize(block); });
 }
 
 void enterReading(const std::string& size, const ProfileSample& sample) {

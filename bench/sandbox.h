@@ -1,7 +1,7 @@
 #ifndef ZRCOMMON_BENCH_SANDBOX_H
 #define ZRCOMMON_BENCH_SANDBOX_H
 
-/// Starts this program anew in the sandbox of the tests, unless it runs there already.
+/// Starts this program anew in the sandbox, unless it runs there already.
 void enterSandbox();
 
 #endif  // ZRCOMMON_BENCH_SANDBOX_H

@@ -1,3 +1,4 @@
+#include <benchmark/benchmark.h>
 #include <strings.h>
 #include <unicode/uchar.h>
 #include <unicode/ustring.h>
@@ -50,7 +51,7 @@ using Traits = std::char_traits<char16_t>;
 
 template <typename Body>
 auto keeping(Body body) {
-  return [body] { keep(body()); };
+  return [body] { benchmark::DoNotOptimize(body()); };
 }
 
 void enterWideReading(const Texts& t, const std::string& size) {
@@ -91,12 +92,12 @@ void enterConversions(Texts& t, const std::string& size) {
   enter("widen", size, "ours", keeping([=] { return CopySZToWSZ(wide, narrow); }));
   enter("widen", size, "ICU", [=] {
     u_charsToUChars(narrow, peer(wide), static_cast<std::int32_t>(std::strlen(narrow)) + 1);
-    keepMemory();
+    benchmark::ClobberMemory();
   });
   enter("narrow", size, "ours", keeping([=] { return CopyWSZToSZ(bytes, a); }));
   enter("narrow", size, "ICU", [=] {
     u_UCharsToChars(peer(a), bytes, u_strlen(peer(a)) + 1);
-    keepMemory();
+    benchmark::ClobberMemory();
   });
 }
 

@@ -1,20 +1,19 @@
 // Measures how the cost of an operation grows with its input, and what the input can do to it.
-// Prints a line for each measurement: operation, input, size and nanoseconds of processor time per
-// byte, separated by tabs. Progress goes to standard error. Where the time per byte stays level,
-// the cost is proportional to the size.
+// Prints a line for each measurement: operation, input, size and nanoseconds per byte, separated
+// by tabs. Progress goes to standard error. Where the time per byte stays level, the cost is
+// proportional to the size.
 #include <zrcommon/codecs.h>
 #include <zrcommon/profile.h>
 #include <zrcommon/strings.h>
 #include <zrcommon/system.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <ctime>
 #include <fstream>
 #include <functional>
 #include <vector>
 
+#include "bench/measure.h"
 #include "bench/sandbox.h"
 #include "bench/sweep_inputs.h"
 
@@ -22,8 +21,6 @@ namespace {
 
 using Body = std::function<void()>;
 
-constexpr double kLeastNanoseconds = 2e6;  // of one measurement
-constexpr int kMeasurements = 5;
 constexpr std::size_t kSmallest = std::size_t{4} << 10U;
 constexpr std::size_t kLargest = std::size_t{4} << 20U;
 constexpr std::size_t kLargestCommand = 5119;
@@ -147,34 +144,14 @@ const Row kCommandRows[] = {
     {"secure command", "values of 1,023 bytes", longValues, secureCommand},
 };
 
-// Processor time, so that other programs on the machine do not count.
-double now() {
-  timespec time = {};
-  ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return 1e9 * static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec);
-}
-
-double nanoseconds(const Body& body, int times) {
-  const double start = now();
-  for (int i = 0; i < times; ++i) body();
-  return now() - start;
-}
-
-double best(const Body& body) {
-  const double once = nanoseconds(body, 1);
-  const int times = once > kLeastNanoseconds ? 1 : static_cast<int>(kLeastNanoseconds / once) + 1;
-  double least = once;
-  for (int i = 0; i < kMeasurements; ++i) least = std::min(least, nanoseconds(body, times) / times);
-  return least;
-}
-
 template <std::size_t kCount>
 void measure(const Row (&rows)[kCount], std::size_t smallest, std::size_t largest) {
   for (const Row& row : rows) {
     std::fprintf(stderr, "%s, %s\n", row.operation, row.input);
     for (std::size_t size = smallest; size <= largest; size *= 2) {
       const std::string text = row.make(size);
-      const double perByte = best(row.prepare(text)) / static_cast<double>(text.size());
+      const double time = leastTimes({callsOf(row.prepare(text))}).front();
+      const double perByte = time / static_cast<double>(text.size());
       std::printf("%s\t%s\t%zu\t%.3f\n", row.operation, row.input, size, perByte);
     }
   }

@@ -91,7 +91,7 @@ def draw(operations):
         f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {WIDTH} {height}" width="{WIDTH}" '
         f'height="{height}" font-family="sans-serif">',
         '<rect width="100%" height="100%" rx="6" fill="#ffffff"/>',
-        text(14, 24, "Processor time per byte over the size of the input", size=16),
+        text(14, 24, "Time per byte over the size of the input", size=16),
         *ordinary.axes(), *slow.axes(),
     ]
     for inputs, color in zip(operations.values(), COLORS):

@@ -1,3 +1,4 @@
+#include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -67,8 +68,8 @@ void enterSearch(const std::string& name, const std::string& text, const std::st
   });
   enter(row, size, "memmem", [text, pattern] {
     // memmem() is known to be pure, and would be called once for all rounds.
-    keep(text.data());
-    keepMemory();
+    benchmark::DoNotOptimize(text.data());
+    benchmark::ClobberMemory();
     must(!::memmem(text.data(), text.size(), pattern.data(), pattern.size()));
   });
 }

@@ -130,13 +130,6 @@ const std::vector<Operation>& operations() {
             std::strcpy(r.text, links.empty() ? "-" : links[0].name);
           },
           {{"socket 1 fails", "0 code 101"}, {"bind 1 fails", "0 code 101"}}),
-      row("ZRLoadLibrary", inetLibrary, "1",
-          [](Result& r) {
-            void* const module = ZRLoadLibrary("/usr/lib/Valdrix/Valdrix/libinet.so");
-            r.value = ZRGetProcAddress(module, "GetHeader") != nullptr;
-            ZRFreeLibrary(module);
-          },
-          {{"no memory", "0 zrcommon.log 1 lines 0666"}}),
       row("ZRLoadLibrary of nothing there", nothing, "0 zrcommon.log 1 lines 0666",
           [](Result& r) { r.value = ZRLoadLibrary("/none") != nullptr; },
           {{"open-w 1 fails", "0"},
@@ -144,12 +137,6 @@ const std::vector<Operation>& operations() {
            {"chmod 1 fails", "0 zrcommon.log 1 lines 0600"}}),
       row("GetZrPath", nothing, "1 /usr/lib/Valdrix/Valdrix/",
           [](Result& r) { r.value = GetZrPath(r.text); }, {{"access 1 fails", "0"}}),
-      row("GetModulePath", nothing, "1",
-          [](Result& r) {
-            char path[260];
-            r.value = GetModulePath(path);
-          },
-          {{"readlink 1 fails", "0"}}),
       row("ZRCopyFile", twoFiles, "1 g '0123456789' 0640",
           [](Result& r) { r.value = ZRCopyFile(kFile, kOther); },
           {{"open-r 1 fails", "0"},

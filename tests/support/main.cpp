@@ -37,7 +37,7 @@ class CleanTests : public testing::EmptyTestEventListener {
 
 int main(int argc, char** argv) {
   if (!std::getenv("ZRCOMMON_SANDBOX")) {
-    std::fprintf(stderr, "%s: run me with tests/support/sandbox\n", argv[0]);
+    std::fprintf(stderr, "%s: run me with tools/sandbox.sh --own-network\n", argv[0]);
     return 3;
   }
   testing::InitGoogleTest(&argc, argv);

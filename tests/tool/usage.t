@@ -18,7 +18,6 @@ Every code has a meaning. Numbers are decimal.
 
 On a terminal, help has its width, and control characters are shown, not sent.
 
-  $ mkdir /dev/pts; mount -t devpts -o newinstance,ptmxmode=666 devpts /dev/pts; ln -s pts/ptmx /dev
   $ terminal() { script -qec "stty cols 50; $1" /dev/null < /dev/null | tr -d '\r'; }
   $ terminal 'zrtool log --help' | grep -A 1 FILE.TEXT
     FILE TEXT REQUIRED      Log file, created if
