@@ -84,15 +84,19 @@ unsigned short* my_wcsupr(unsigned short* text) {
 }
 
 // toupper() is a look-up in the table of the locale. If that table changes only the letters of
-// ASCII, as in most locales, the vectorised loops do the same.
+// ASCII, as in most locales, the vectorised loops do the same. For a short text, the look-ups cost
+// less than the comparison of the tables.
 int strUpr(char* text, int length) {
   if (length <= 0) return 1;
   auto* const bytes = reinterpret_cast<unsigned char*>(text);
   const std::int32_t* const upper = *::__ctype_toupper_loc();
-  if (std::memcmp(upper, kAsciiUpper.data(), sizeof kAsciiUpper) == 0)
+  if (length >= static_cast<int>(kBlockBytes) &&
+      std::memcmp(upper, kAsciiUpper.data(), sizeof kAsciiUpper) == 0)
     changeCase(bytes, static_cast<std::size_t>(length), static_cast<unsigned char>('a'));
   else
-    std::transform(bytes, bytes + length, bytes,
-                   [upper](unsigned char byte) { return static_cast<unsigned char>(upper[byte]); });
+    std::for_each(bytes, bytes + length, [upper](unsigned char& byte) {
+      if (const auto changed = static_cast<unsigned char>(upper[byte]); changed != byte)
+        byte = changed;
+    });
   return 1;
 }

@@ -39,7 +39,7 @@ struct Folded {
 // Kept: my_wcscmp(), like all comparisons of strings or blocks, returns 1 if either argument or
 // both are null, and otherwise exactly -1, 0 or 1 (test Strings.Rows)
 template <template <typename> class Rule, typename Unit>
-int compare(const Unit* a, const Unit* b, std::size_t count) {
+[[gnu::always_inline]] inline int compare(const Unit* a, const Unit* b, std::size_t count) {
   if (!a || !b) return 1;
   const std::size_t at = scan::firstStop(a, b, count, Rule<Unit>{});
   if (at == count) return 0;

@@ -14,10 +14,10 @@ namespace {
 
 using scan::Window;
 
-std::size_t find(const WideUnit* text, WideUnit wanted, std::size_t count) {
+inline std::size_t find(const WideUnit* text, WideUnit wanted, std::size_t count) {
   const Window same = scan::repeat(wanted);
-  return scan::firstStop(text, count,
-                         [=](Window units) { return scan::equal<WideUnit>(units, same); });
+  return scan::firstStopInBlock(text, count,
+                                [=](Window units) { return scan::equal<WideUnit>(units, same); });
 }
 
 std::size_t find(const char* text, char wanted, std::size_t count) {
