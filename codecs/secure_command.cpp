@@ -17,7 +17,7 @@ constexpr unsigned char kToPlain = 0;
 
 // Kept: CPHPOperations::TransformPhpCommand() converts to the secure form only names whose secure
 // form can be converted back: 765 bytes at most, while values may have 1,023
-// (test Secure.Rows)
+// (test Codecs.Rows)
 constexpr std::size_t kNameBytes = (kTextBytes - 1) / 4 * 3;
 constexpr std::size_t kValueBytes = kTextBytes - 1;
 
@@ -47,7 +47,7 @@ class Rebuilt {
 
   // Kept: CPHPOperations::TransformPhpCommand() takes a name from after any leading '='. The first
   // '=' after the name is written even if no value follows; further ones belong to the value
-  // (test Secure.Rows)
+  // (test Codecs.Rows)
   bool appendPair(std::string_view pair) {
     const std::string_view name = takeToken(pair, '=');
     if (name.empty() || !appendConverted(name, kNameBytes)) return false;

@@ -30,7 +30,7 @@ bool CPHPOperations::ConvertToPlainString(const char* secure, char* to, unsigned
   if (!end) return false;
   const auto length = static_cast<std::size_t>(end - plain);
   // Kept: CPHPOperations::ConvertToPlainString() fills the capacity with zeros, and copies the
-  // whole text even if it is longer (test Secure.Rows)
+  // whole text even if it is longer (test Codecs.Rows)
   std::memset(to, 0, capacity);
   std::memcpy(to, plain, length);
   to[length] = '\0';
@@ -49,7 +49,7 @@ bool CPHPOperations::ConvertToSecureKeyValuePair(const char* name, const char* v
   char* const end = to + std::strlen(to);
   std::memcpy(end, "=", 2);
   // Kept: CPHPOperations::ConvertToSecureKeyValuePair() fails for an empty value and leaves the
-  // name and its '=' in place (test Secure.Rows)
+  // name and its '=' in place (test Codecs.Rows)
   const std::size_t length = ::strnlen(value, kTextBytes);
   if (length == 0 || length == kTextBytes) return false;
   char copy[kTextBytes + kReadAhead];

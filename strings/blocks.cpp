@@ -28,7 +28,7 @@ unsigned short* my_wmemcpy(unsigned short* to, const unsigned short* from, int c
     return to;
   }
   // Kept: my_wmemcpy() copies forwards unit by unit, so if the destination begins inside the
-  // source, the units before it are repeated (test Copy.Rows)
+  // source, the units before it are repeated (test Strings.Rows)
   for (std::size_t i = 0; i < asCount(count); ++i) to[i] = from[i];
   return to;
 }

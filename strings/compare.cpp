@@ -23,7 +23,7 @@ struct AsIs {
 };
 
 // Kept: my_stricmp(), my_strnicmp(), my_wcsicmp() and my_wcsnicmp() compare (unit AND 0xDF), for
-// letters and all other units, so '[' equals '{' and 0x0141 equals 'A' (test Compare.Rows)
+// letters and all other units, so '[' equals '{' and 0x0141 equals 'A' (test Strings.Rows)
 template <typename Unit>
 struct Folded {
   static constexpr Unit kMask = 0xDF;
@@ -37,7 +37,7 @@ struct Folded {
 };
 
 // Kept: my_wcscmp(), like all comparisons of strings or blocks, returns 1 if either argument or
-// both are null, and otherwise exactly -1, 0 or 1 (test Compare.Rows)
+// both are null, and otherwise exactly -1, 0 or 1 (test Strings.Rows)
 template <template <typename> class Rule, typename Unit>
 int compare(const Unit* a, const Unit* b, std::size_t count) {
   if (!a || !b) return 1;
@@ -81,7 +81,7 @@ int my_wcscscmp(const unsigned short* wide, const char* narrow) {
   if (!wide || !narrow) return 1;
   for (;; ++wide, ++narrow) {
     // Kept: my_wcscscmp() takes bytes as signed and wide units as unsigned values, so a byte of
-    // 0x80 or above is less than every wide unit and equal to none (test Compare.Rows)
+    // 0x80 or above is less than every wide unit and equal to none (test Strings.Rows)
     const int difference = *wide - static_cast<signed char>(*narrow);
     if (!*wide || !*narrow) return static_cast<int>(*wide != 0) - static_cast<int>(*narrow != 0);
     if (difference != 0) return difference > 0 ? 1 : -1;

@@ -8,7 +8,7 @@ using namespace zrcommon;
 namespace {
 
 // Kept: CopySZToWSZ() and CatSZToWSZ() widen bytes with their sign, 0xE9 to 0xFFE9, without a code
-// page (test Copy.Rows)
+// page (test Strings.Rows)
 void widen(WideUnit* to, const char* from) {
   const std::size_t length = lengthOf(from);
   for (std::size_t i = 0; i < length; ++i)
@@ -17,7 +17,7 @@ void widen(WideUnit* to, const char* from) {
 }
 
 // Kept: CopyWSZToSZ() and CatWSZToSZ() keep only the low byte of a unit: 0x20AC becomes 0xAC, and
-// 0x0100 a zero byte inside the result (test Copy.Rows)
+// 0x0100 a zero byte inside the result (test Strings.Rows)
 void narrow(char* to, const WideUnit* from) {
   const std::size_t length = lengthOf(from);
   for (std::size_t i = 0; i < length; ++i) to[i] = static_cast<char>(from[i] & 0xFFU);
@@ -51,7 +51,7 @@ char* CatWSZToSZ(char* to, const unsigned short* from) {
 }
 
 // Kept: ConvertToWideChar() and ConvertToMultiByte() check their arguments and convert nothing
-// (test Copy.Rows)
+// (test Strings.Rows)
 bool ConvertToWideChar(const char* from, unsigned short* to, unsigned int capacity) {
   return from && to && capacity != 0;
 }

@@ -31,7 +31,7 @@ unsigned short* my_wcsncpy(unsigned short* to, const unsigned short* from, int c
   const std::size_t length = lengthWithin(from, asCount(count));
   copyUnits(to, from, length);
   // Kept: my_wcsncpy() always terminates, after count units if needed, and never pads
-  // (test Copy.Rows)
+  // (test Strings.Rows)
   to[length] = 0;
   return to;
 }
@@ -39,7 +39,7 @@ unsigned short* my_wcsncpy(unsigned short* to, const unsigned short* from, int c
 unsigned short* my_wcsncat(unsigned short* to, const unsigned short* from, int count) {
   if (!to || !from) return nullptr;
   const std::size_t length = lengthWithin(from, asCount(count));
-  // Kept: my_wcsncat() writes no terminator if the count ends the copy (test Copy.Rows)
+  // Kept: my_wcsncat() writes no terminator if the count ends the copy (test Strings.Rows)
   copyUnits(to + lengthOf(to), from, length < asCount(count) ? length + 1 : length);
   return to;
 }

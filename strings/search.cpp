@@ -27,7 +27,7 @@ std::size_t find(const char* text, char wanted, std::size_t count) {
 
 // Compares from both ends, and counts the units that matched from the front.
 // Kept: my_strstr() and my_wcsstr() never compare the middle unit of a pattern of odd length, so it
-// matches any unit (test Search.Rows)
+// matches any unit (test Strings.Rows)
 template <typename Unit>
 bool matchesAt(const Unit* text, const Unit* pattern, std::size_t length, std::size_t& effort) {
   std::size_t front = 0;
@@ -65,7 +65,7 @@ const Unit* search(const Unit* text, const Unit* pattern) {
   const std::size_t length = lengthOf(pattern);
   if (textLength < length) return nullptr;
   // Kept: my_strstr() and my_wcsstr() find a pattern of one unit at the start of any text that is
-  // not empty (test Search.Rows)
+  // not empty (test Strings.Rows)
   if (length < 2) return text;
   const std::size_t last = textLength - length;
   std::size_t effort = 0;
@@ -98,7 +98,7 @@ unsigned short* my_wcschr(const unsigned short* text, unsigned short wanted) {
   const std::size_t at = scan::firstStop(text, scan::kNoLimit, [=](Window units) {
     return _mm_or_si128(scan::equal<WideUnit>(units, same), scan::isZero<WideUnit>(units));
   });
-  // Kept: my_wcschr() and my_wcsrchr() never find the terminator (test Search.Rows)
+  // Kept: my_wcschr() and my_wcsrchr() never find the terminator (test Strings.Rows)
   return text[at] ? const_cast<unsigned short*>(text + at) : nullptr;
 }
 

@@ -32,7 +32,7 @@ char* TrimLeft(char* text) {
   const std::size_t length = std::strlen(text + blanks);
   std::memmove(text, text + blanks, length);
   // Kept: TrimLeft() fills the bytes that the text leaves, up to the old terminator, with zeros
-  // (test Change.Rows)
+  // (test Strings.Rows)
   std::memset(text + length, 0, blanks);
   return text;
 }
@@ -40,7 +40,7 @@ char* TrimLeft(char* text) {
 int RemoveCharFromString(std::string* text, char unwanted) {
   if (text->empty()) return 1;
   // Kept: RemoveCharFromString() never returns if the string holds a zero byte and another byte is
-  // to be removed (test Change.RemovingNeverPassesAZero)
+  // to be removed (test Strings.RemovingNeverPassesAZero)
   if (unwanted != '\0' && text->find('\0') != std::string::npos) waitForever();
   text->erase(std::remove(text->begin(), text->end(), unwanted), text->end());
   return 0;

@@ -1,14 +1,11 @@
 // Properties that hold for any input. The tests check them with random bytes; the fuzzer, which is
 // built from this file too, with its own: ZR_FUZZ_TARGET=profile build/fuzz/fuzz/fuzz
-#include <sys/mman.h>
 #include <zrcommon/codecs.h>
 #include <zrcommon/profile.h>
 #include <zrcommon/strings.h>
 #include <zrcommon/system.h>
 
-#include <fstream>
 #include <map>
-#include <sstream>
 
 #include "support/test.h"
 
@@ -38,35 +35,33 @@ struct Input {
   }
 };
 
-template <typename Text>
-int order(const Text& a, const Text& b) {
+int order(const Units& a, const Units& b) {
   return int{b < a} - int{a < b};
 }
 
-template <typename Text>
-Text folded(Text text) {
-  for (auto& unit : text) unit = static_cast<typename Text::value_type>(unit & 0xDF);
+// What comparing without regard to case looks at.
+Units folded(Units text) {
+  for (char16_t& unit : text) unit &= 0xDF;
   return text;
 }
 
 void compareLikeTheStandardLibrary(Input& in) {
-  const Units alphabet = u"Aa[{\x0141\x8061\x20\x01E9\x01C9", a = in.text(150, alphabet);
-  Units b = in.below(9) ? a : in.text(150, alphabet);
+  const Units alphabet = u"Aa[{\x0141\x8061\x20\x01E9\x01C9";
+  Units a = in.text(150, alphabet), b = in.below(9) ? a : in.text(150, alphabet);
   for (char16_t& unit : b)
     if (in.below(4 * b.size()) == 0) unit = alphabet[in.below(alphabet.size())];
-  const S narrowA(a.begin(), a.end()), narrowB(b.begin(), b.end());
   GuardedUnits x(a, in.below(40)), y(b, in.below(40));
-  GuardedText s(narrowA, in.below(40)), t(narrowB, in.below(40));
+  GuardedText s(S(a.begin(), a.end()), in.below(40)), t(S(b.begin(), b.end()), in.below(40));
   EXPECT_EQ(order(a, b), my_wcscmp(x.get(), y.get()));
   EXPECT_EQ(order(folded(a), folded(b)), my_wcsicmp(x.get(), y.get()));
-  EXPECT_EQ(order(folded(narrowA), folded(narrowB)), my_stricmp(s.get(), t.get()));
+  EXPECT_EQ(order(folded(a), folded(b)), my_stricmp(s.get(), t.get()));
   const auto count = static_cast<unsigned int>(in.below(std::min(a.size(), b.size()) + 1));
-  const Units c = a.substr(0, count), d = b.substr(0, count);
-  EXPECT_EQ(order(c, d), my_wmemcmp(x.get(), y.get(), int(count)));
-  EXPECT_EQ(order(c, d), my_wcsncmp(x.get(), y.get(), int(count)));
-  EXPECT_EQ(order(folded(c), folded(d)), my_wcsnicmp(x.get(), y.get(), count));
-  const S narrowC(c.begin(), c.end()), narrowD(d.begin(), d.end());
-  EXPECT_EQ(order(folded(narrowC), folded(narrowD)), my_strnicmp(s.get(), t.get(), count));
+  a.resize(count);
+  b.resize(count);
+  EXPECT_EQ(order(a, b), my_wmemcmp(x.get(), y.get(), int(count)));
+  EXPECT_EQ(order(a, b), my_wcsncmp(x.get(), y.get(), int(count)));
+  EXPECT_EQ(order(folded(a), folded(b)), my_wcsnicmp(x.get(), y.get(), count));
+  EXPECT_EQ(order(folded(a), folded(b)), my_strnicmp(s.get(), t.get(), count));
 }
 
 void walkLikeTheStandardLibrary(Input& in) {
@@ -79,12 +74,11 @@ void walkLikeTheStandardLibrary(Input& in) {
   EXPECT_EQ(place(text.rfind(wanted)), my_wcsrchr(placed.get(), wanted));
   EXPECT_EQ(place(text.find(wanted)), my_wmemchr(placed.get(), wanted, int(text.size())));
   const std::size_t half = text.size() / 2;
-  const Units joined =
-      text.substr(0, half) + Units(text.rbegin() + static_cast<std::ptrdiff_t>(half), text.rend());
+  const Units reversed(text.rbegin(), text.rend());
   copy.get()[half] = 0;
   my_wcscat(copy.get(), my_wcsrev(placed.get()) + half);
   my_wcscpy(placed.get(), copy.get());
-  EXPECT_EQ(joined, placed.text());
+  EXPECT_EQ(text.substr(0, half) + reversed.substr(half), placed.text());
 }
 
 void searchLikeTheStandardLibrary(Input& in) {
@@ -120,7 +114,7 @@ void transformCommandAndBack(Input& in) {
 
 // The error code and the value of a key.
 S read(const S& file, const S& section, const S& key) {
-  std::ofstream(kFile, std::ios::binary) << file;
+  putFile(kFile, file);
   char out[1025] = {};
   unsigned int error = 0;
   GetPrivateProfileString(section.c_str(), key.c_str(), "", out, sizeof out, kFile, &error);
@@ -129,17 +123,15 @@ S read(const S& file, const S& section, const S& key) {
 
 // The file after a key was set.
 S changed(const S& file, const S& section, const S& key, const S& value) {
-  std::ofstream(kFile, std::ios::binary) << file;
+  putFile(kFile, file);
   unsigned int error = 0;
   WritePrivateProfileString(section.c_str(), key.c_str(), value.c_str(), kFile, &error);
-  std::ostringstream all;
-  all << std::ifstream(kFile, std::ios::binary).rdbuf();
-  return all.str();
+  return getFile(kFile);
 }
 
 // Each line that fgets() returns, trimmed.
 S linesOf(const S& file) {
-  std::ofstream(kFile, std::ios::binary) << file;
+  putFile(kFile, file);
   std::FILE* const stream = std::fopen(kFile, "r");
   char line[1024];
   S lines;
@@ -190,10 +182,9 @@ TEST(Properties, HoldForRandomInput) {
   std::mt19937 random(20240229);
   for (const auto& [name, property] : kProperties)
     for (int round = 0; round < 400 && !HasFailure(); ++round) {
-      S bytes(2000, '\0');
-      for (char& byte : bytes) byte = static_cast<char>(random());
+      Input input = {S(2000, '\0')};
+      for (char& byte : input.bytes) byte = static_cast<char>(random());
       SCOPED_TRACE(name + ", round " + std::to_string(round));
-      Input input = {bytes};
       property(input);
     }
 }

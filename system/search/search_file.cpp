@@ -57,7 +57,8 @@ long long SearchInFile(int file, const unsigned char* pattern, int patternLength
   const int overlap = patternLength + kOverlapBeyondPattern;
   Chunk chunk(file);
   // Kept: SearchInFile() compares upper-cased bytes of the file with the pattern as it is, so a
-  // pattern with lower-case letters is never found (test Search.Rows)
+  // pattern with lower-case letters is never found (test
+  // SearchInFile.FindsAcrossTheBordersOfChunks)
   for (bool more = chunk.read(startOffset, SEEK_SET, 1); more;
        more = chunk.read(-overlap, SEEK_CUR, overlap + 1)) {
     const std::size_t found = search.find(chunk.text());

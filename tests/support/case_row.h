@@ -10,7 +10,7 @@
 #include "support/guarded.h"
 
 /// One row of a case file, read from left to right: a call, its result, and the text that the call
-/// leaves. The first lines of tests/cases/compare.txt say how to read a row.
+/// leaves. The first lines of tests/cases/strings.txt say how to read a row.
 class CaseRow {
  public:
   /// @param after    units between the end of each text and the unreadable page
@@ -72,16 +72,14 @@ class CaseRow {
     return isNext;
   }
 
-  // One character, or an escape as in C: \x with two digits, \u with four.
+  // One character, or \0, \x with two hexadecimal digits, \u with four.
   int unit() {
     const auto character = static_cast<unsigned char>(row_.at(at_++));
     if (character != '\\') return character;
     const char escape = row_.at(at_++);
     const std::size_t digits = escape == 'x' ? 2 : escape == 'u' ? 4 : 0;
-    const std::size_t name = std::string("0tnvfr").find(escape);
-    if (digits == 0) return name == std::string::npos ? escape : "\0\t\n\v\f\r"[name];
     at_ += digits;
-    return std::stoi(row_.substr(at_ - digits, digits), nullptr, 16);
+    return std::stoi("0" + row_.substr(at_ - digits, digits), nullptr, 16);
   }
 
   int number() {
@@ -115,13 +113,12 @@ class CaseRow {
   Unit* text() {
     if (take("null")) return nullptr;
     constexpr std::size_t kUnitBytes = std::is_same_v<const Unit, const unsigned short> ? 2 : 1;
-    const std::size_t after = after_ == Guarded::kAtStart ? after_ : after_ * kUnitBytes;
     expected_.push_back(bytes(kUnitBytes));
     if (!std::is_const_v<Unit>) {
       output_ = &expected_.back();
       outputUnitBytes_ = kUnitBytes;
     }
-    return texts_.emplace_back(expected_.back(), after).template data<Unit>();
+    return texts_.emplace_back(expected_.back(), after_ * kUnitBytes).template data<Unit>();
   }
 
   std::string row_;

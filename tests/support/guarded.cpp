@@ -6,7 +6,7 @@
 constexpr std::size_t kPage = 4096;
 
 Guarded::Guarded(const std::string& bytes, std::size_t after) : size_(bytes.size()) {
-  if (after == kAtStart) after = (kPage - size_ % kPage) % kPage;
+  if (after >= kPage) after = (kPage - size_ % kPage) % kPage;
   readableBytes_ = (size_ + after + kPage - 1) / kPage * kPage;
   void* const mapping =
       ::mmap(nullptr, readableBytes_ + 2 * kPage, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);

@@ -8,11 +8,8 @@
 /// Bytes between two unreadable pages. The readable bytes around them are '#' and must stay so.
 class Guarded {
  public:
-  static constexpr std::size_t kAtStart = 4096;
-
-  /// @param after  readable bytes before the second unreadable page; kAtStart puts the bytes
-  /// directly
-  ///               after the first one
+  /// @param after  readable bytes before the second unreadable page; a page or more puts the bytes
+  ///               directly after the first one
   explicit Guarded(const std::string& bytes, std::size_t after = 0);
   explicit Guarded(std::size_t size) : Guarded(std::string(size, '#')) {}
   ~Guarded();
