@@ -25,8 +25,6 @@ The services of the system.
   $ printf '#!/bin/sh\necho $1 > done\n' > /etc/init.d/service; chmod +x /etc/init.d/service
   $ zrtool service service restart; cat done
   restart
-  $ printf abcdefghijklm > $installation/zrfeature.dat; zrtool features
-  61 62 63 64 65 66 67 68 69 6a 6b
   $ printf 'ana ANANAS' > f; zrtool find ANA f | tr '\n' ' '; ! zrtool find A .
   0 4 6 zrtool: .: Is a directory (EISDIR)
   $ zrtool log . COMP x; zrtool log log COMP x --level 4; zrtool log log COMP '50%s'; cat log
