@@ -83,10 +83,11 @@ std::size_t firstStopByUnits(const Unit* text, std::size_t limit, const Rule& ru
   return at;
 }
 
-/// The number of units before the first stop in a window, at most @p limit.
+/// The number of units before the first stop in a window, at most @p limit, which is not above a
+/// window's units. The analyzers cannot see that; the shift masks its operand by 63 anyway.
 template <typename Unit>
 std::size_t unitsBefore(std::uint64_t stops, std::size_t limit) {
-  return unitsBefore<Unit>(stops | std::uint64_t{1} << limit * sizeof(Unit));
+  return unitsBefore<Unit>(stops | std::uint64_t{1} << (limit * sizeof(Unit) & 63));
 }
 
 /// The index of the first unit at which the rule stops, at most @p limit.
