@@ -152,8 +152,7 @@ class ZRCOMMON_API CCrypt {
   /// Takes the key.
   ///
   /// @param key  copied, truncated to 63 bytes. Null throws the int 1, the only exception that
-  /// leaves
-  ///             this library. With an empty key, all operations of the object fail.
+  ///             leaves this library. With an empty key, all operations of the object fail.
   CCrypt(const char* key);
 
   /// Replaces every byte by its exclusive-or with its key byte. A byte that equals its key byte
@@ -221,7 +220,7 @@ class ZRCOMMON_API CPHPOperations {
   /// @param name      of any length; 1 to 1,023 bytes are accepted
   /// @param value     1 to 1,023 bytes
   /// @param to        room for both secure strings, '=' and a terminator, and for a copy of the
-  /// name
+  ///                  name
   /// @param capacity  must not be 0
   /// @return true; false if an argument is null or @p capacity is 0 (@p to is untouched), if the
   ///         name is not accepted (@p to holds a copy of it), or if the value is not accepted

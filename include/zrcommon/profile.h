@@ -49,9 +49,8 @@ extern "C" {
 /// @param key           key of the entry
 /// @param defaultValue  is copied if there is no value; may be @p out itself
 /// @param out           receives at most outSize - 1 characters. A shorter text is padded with
-/// zeros
-///                      up to outSize - 1 bytes. The last byte is never written: set it to zero
-///                      before the call, or a text that fills the buffer is not terminated.
+///                      zeros up to outSize - 1 bytes. The last byte is never written: set it to
+///                      zero before the call, or a text that fills the buffer is not terminated.
 /// @param outSize       size of @p out in bytes; if it is 0, nothing is written
 /// @param fileName      path, used as given
 /// @param error         receives 0, 102, 201, 202, 203, 204 or 205
@@ -110,8 +109,7 @@ ZRCOMMON_API int WritePrivateProfileString(const char* section, const char* key,
 ///
 /// @param text  is changed in place
 /// @return the first non-blank character, inside @p text, or its terminator if there is none; null
-/// if
-///         @p text is null
+///         if @p text is null
 ZRCOMMON_API char* Trim(char* text);
 
 /// Extracts the section name from a header, a trimmed line that starts with "[".

@@ -17,11 +17,9 @@
 ///   writes nothing; a comparison returns 1.
 /// - Comparisons return exactly -1, 0 or 1.
 /// - Counts are in units. They are unsigned 32-bit numbers even if declared as int: -1 is the
-/// largest
-///   count. With a count of 0, nothing is read.
+///   largest count. With a count of 0, nothing is read.
 /// - No operation knows the size of its destination: the caller provides room for the result and
-/// its
-///   terminator.
+///   its terminator.
 /// - Source and destination must not overlap unless the description allows it.
 ///
 /// Letters are those of ASCII unless a locale is named. The operations keep no state and are
