@@ -55,7 +55,7 @@ void inetLibrary() {
 }
 
 S Result::words() const {
-  const std::string code = error == 9 ? "" : " code " + std::to_string(error);
+  const S code = error == 9 ? "" : " code " + std::to_string(error);
   return std::to_string(value) + code + (text[0] == '-' ? "" : S(" ") + text);
 }
 
