@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 #include "codecs/base64_groups.h"
 #include "zrcommon/codecs.h"
@@ -26,42 +27,51 @@ class Decoder {
       : text_(text), length_(length), capacity_(capacity) {}
 
   bool run() {
-    const char* const lastGroup = text_ + length_ / 4 * 4;
-    for (const char* group = text_; group < lastGroup; group += 4)
-      if (!add(groupOf(group))) return false;
-    if (length_ % 4 && !add(lastGroupOf({lastGroup, length_ % 4}))) return false;
+    std::string_view symbols(text_, length_);
+    char* end = bytes_;
+    for (; end && symbols.size() >= kBlockSymbols; symbols.remove_prefix(kBlockSymbols))
+      end = addBlock(end, groupOf(symbols), groupOf(symbols.substr(kGroupSymbols)));
+    for (; end && !symbols.empty(); symbols.remove_prefix(std::min(symbols.size(), kGroupSymbols)))
+      end = addGroup(end, groupOf(symbols));
+    if (!end) return false;
     // Kept: CBase64Url::Decode() writes nothing after the text's terminator, where the third byte
     // of a text of one symbol would be (test Codecs.Rows)
-    const std::size_t count = std::min(decoded_, length_ + 1);
+    const std::size_t count = std::min(static_cast<std::size_t>(end - bytes_), length_ + 1);
     std::memcpy(text_, bytes_, count);
     if (count < capacity_) std::memset(text_ + count, 0, capacity_ - count);
     return true;
   }
 
  private:
-  // False if one of the four characters is not accepted.
-  bool add(std::uint32_t group) {
-    if (group & Shares::kStranger) return false;
-    std::memcpy(bytes_ + decoded_, &group, sizeof group);
-    if (group & Shares::kSpecial && decoded_ + 3 > capacity_) restore(group);
-    decoded_ += 3;
-    return true;
+  // Both return the end of what was added; null if one of the characters is not accepted.
+  char* addBlock(char* to, std::uint64_t first, std::uint64_t second) {
+    if ((first | second) & Shares::kSpecial) {
+      char* const middle = addGroup(to, static_cast<std::uint32_t>(first));
+      return middle ? addGroup(middle, static_cast<std::uint32_t>(second)) : nullptr;
+    }
+    const std::uint64_t block = first | second << 24U;
+    std::memcpy(to, &block, sizeof block);
+    return to + kBlockBytes;
+  }
+
+  char* addGroup(char* to, std::uint32_t group) {
+    if (group & Shares::kStranger) return nullptr;
+    std::memcpy(to, &group, sizeof group);
+    if (group & Shares::kNoSecondByte) restore(to + 1);
+    if (group & Shares::kNoThirdByte) restore(to + 2);
+    return to + kBlockBytes / 2;
   }
 
   // Kept: CBase64Url::Decode() leaves a byte that padding stands for as it was, where it is beyond
   // the capacity; within the capacity the byte becomes zero (test Codecs.Rows)
-  void restore(std::uint32_t group) {
-    const auto keep = [this](std::size_t at) {
-      if (at >= capacity_) bytes_[at] = text_[at];
-    };
-    if (group & Shares::kNoSecondByte) keep(decoded_ + 1);
-    if (group & Shares::kNoThirdByte) keep(decoded_ + 2);
+  void restore(char* byte) {
+    const auto place = static_cast<std::size_t>(byte - bytes_);
+    if (place >= capacity_) *byte = text_[place];
   }
 
   char* text_;
   std::size_t length_;
   std::size_t capacity_;
-  std::size_t decoded_ = 0;
   char bytes_[kTextBytes / 4 * 3 + 1];  // and the marks after the last group
 };
 

@@ -6,6 +6,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "codecs/word.h"
+
 namespace zrcommon {
 
 constexpr std::size_t kTextBytes = 1024;  // of a text in either form, terminator included
@@ -73,21 +75,6 @@ constexpr std::size_t kBlockBytes = 6;
 constexpr std::size_t kBlockSymbols = 8;
 constexpr std::size_t kGroupSymbols = 4;
 
-inline std::uint64_t load(const char* eightBytes) {
-  std::uint64_t word = 0;
-  std::memcpy(&word, eightBytes, sizeof word);
-  return word;
-}
-
-/// The last @p count bytes of a text, 1 to 7, in the low places of a word, and zeros above. Reads
-/// nothing outside of the text, whose length is 1 or more.
-inline std::uint64_t loadLast(const char* end, std::size_t length, std::size_t count) {
-  if (length >= sizeof(std::uint64_t)) return load(end - sizeof(std::uint64_t)) >> (64 - 8 * count);
-  std::uint64_t word = 0;
-  for (const char* byte = end; byte > end - count;) word = word << 8U | byteOf(*--byte);
-  return word;
-}
-
 /// The symbols of the first six bytes of a word.
 inline std::uint64_t symbolsOf(std::uint64_t word) {
   const std::uint64_t bytes = __builtin_bswap64(word);
@@ -119,9 +106,17 @@ inline char* storeLastSymbols(char* to, std::uint64_t word, std::size_t count) {
   return to;
 }
 
-/// The three bytes that four symbols stand for, and after them the marks of Shares. Bytes that
-/// padding stands for are zero.
-inline std::uint32_t groupOf(const char* symbols) {
+/// The three bytes that the first four symbols of a text stand for, and after them the marks of
+/// Shares. Bytes that padding stands for are zero.
+inline std::uint32_t groupOf(std::string_view text) {
+  char rest[kGroupSymbols] = {'A', 'A', 'A', 'A'};
+  const char* symbols = text.data();
+  // Kept: CBase64Url::Decode() accepts a text of any length; symbols that its last four lack count
+  // as 'A', a value of 0 (test Codecs.Rows)
+  if (text.size() < kGroupSymbols) {
+    for (std::size_t i = 0; i < text.size(); ++i) rest[i] = symbols[i];
+    symbols = rest;
+  }
   std::uint32_t group = kShares.of[0][byteOf(symbols[0])] | kShares.of[1][byteOf(symbols[1])] |
                         kShares.of[2][byteOf(symbols[2])] | kShares.of[3][byteOf(symbols[3])];
   if (group & Shares::kSpecial) {
@@ -129,15 +124,6 @@ inline std::uint32_t groupOf(const char* symbols) {
     if (group & Shares::kNoThirdByte) group &= ~0xFF0000U;
   }
   return group;
-}
-
-// Kept: CBase64Url::Decode() accepts a text of any length; symbols that its last four lack count as
-// 'A', a value of 0 (test Codecs.Rows)
-inline std::uint32_t lastGroupOf(std::string_view symbols) {
-  if (symbols.size() >= kGroupSymbols) return groupOf(symbols.data());
-  char group[kGroupSymbols] = {'A', 'A', 'A', 'A'};
-  for (std::size_t i = 0; i < symbols.size(); ++i) group[i] = symbols[i];
-  return groupOf(group);
 }
 
 }  // namespace zrcommon

@@ -5,6 +5,7 @@
 
 #include "base/copy_truncated.h"
 #include "codecs/key_track.h"
+#include "codecs/word.h"
 #include "zrcommon/codecs.h"
 
 using namespace zrcommon;
@@ -33,13 +34,7 @@ void storeFirst(char* to, __m128i bytes, unsigned count) {
     bytes = _mm_unpackhi_epi64(bytes, bytes);
     to += 8;
   }
-  auto rest = static_cast<std::uint64_t>(_mm_cvtsi128_si64(bytes));
-  for (unsigned size = 4; size > 0; size /= 2) {
-    if (!(count & size)) continue;
-    std::memcpy(to, &rest, size);
-    to += size;
-    rest >>= 8 * size;
-  }
+  zrcommon::storeFirst(to, static_cast<std::uint64_t>(_mm_cvtsi128_si64(bytes)), count & 7U);
 }
 
 // Mixes 16 bytes, or those before the text's end. False if the text ends there.

@@ -11,6 +11,7 @@ namespace zrcommon {
 namespace {
 
 constexpr std::uint64_t kGroupMask = 0xFFFFFF;
+constexpr std::uint64_t kStrangerInBlock = std::uint64_t{Shares::kStranger} << 32U;
 
 std::uint64_t mixedWord(std::uint64_t word, const char* key) {
   const __m128i keyBytes = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(key));
@@ -24,15 +25,14 @@ bool isBase64(std::string_view text) {
   return !(marks & Shares::kStranger);
 }
 
-// The bytes of the block of eight symbols that begins here, or of what is left of it; where symbols
-// are missing the bytes are zero.
-std::uint64_t blockOf(std::string_view symbols) {
-  if (symbols.size() >= kBlockSymbols)
-    return (groupOf(symbols.data()) & kGroupMask) |
-           std::uint64_t{groupOf(symbols.data() + kGroupSymbols) & kGroupMask} << 24U;
-  if (symbols.size() <= kGroupSymbols) return lastGroupOf(symbols) & kGroupMask;
-  return (groupOf(symbols.data()) & kGroupMask) |
-         std::uint64_t{lastGroupOf(symbols.substr(kGroupSymbols)) & kGroupMask} << 24U;
+// The bytes of the first eight symbols of a text, zeros where symbols are missing, and after them
+// the marks of Shares.
+std::uint64_t blockOf(std::string_view text) {
+  const std::uint64_t first = groupOf(text);
+  const std::uint64_t second =
+      text.size() > kGroupSymbols ? groupOf(text.substr(kGroupSymbols)) : 0;
+  return (first & kGroupMask) | (second & kGroupMask) << 24U |
+         ((first | second) & ~kGroupMask) << 32U;
 }
 
 // How many of the six bytes come before a zero byte.
@@ -59,20 +59,21 @@ char* toSecure(const KeyTrack& key, std::string_view text, char* to) {
 }
 
 char* toPlain(const KeyTrack& key, std::string_view secure, char* to) {
-  if (secure.size() >= kTextBytes || !isBase64(secure)) return nullptr;
+  if (secure.size() >= kTextBytes) return nullptr;
   char* const begin = to;
-  std::size_t place = 0;
-  for (; !secure.empty(); place = key.reduced(place + kBlockBytes)) {
+  for (std::size_t place = 0; !secure.empty(); place = key.reduced(place + kBlockBytes)) {
     const std::uint64_t block = blockOf(secure);
+    if (block & kStrangerInBlock) return nullptr;
+    secure.remove_prefix(std::min(secure.size(), kBlockSymbols));
     const std::size_t count = bytesBeforeZero(block);
     const std::uint64_t bytes = mixedWord(block, key.at(place));
     if (count < kBlockBytes) {
-      for (std::size_t i = 0; i < count; ++i) *to++ = static_cast<char>(bytes >> 8 * i);
+      to = storeFirst(to, bytes, count);
+      if (!isBase64(secure)) return nullptr;
       break;
     }
     std::memcpy(to, &bytes, kBlockBytes);
     to += kBlockBytes;
-    secure.remove_prefix(std::min(secure.size(), kBlockSymbols));
   }
   return to == begin ? nullptr : to;
 }

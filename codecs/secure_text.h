@@ -12,9 +12,6 @@ namespace zrcommon {
 /// Bytes that must be readable after a text that is converted to its secure form.
 constexpr std::size_t kReadAhead = 8;
 
-/// Room for the secure form of the longest text, and its terminator.
-constexpr std::size_t kSecureBytes = (kTextBytes - 1 + 2) / 3 * 4 + 1;
-
 /// Mixes and encodes a text in one pass, which takes a third of the time of CCrypt and then
 /// CBase64Url for names of four bytes.
 ///
@@ -25,8 +22,8 @@ char* toSecure(const KeyTrack& key, std::string_view text, char* to);
 /// Decodes and mixes a secure form in one pass.
 ///
 /// @param secure  any text
-/// @return the end of the text, which is not terminated; null, with nothing written, if the secure
-///         form is empty or too long, is no Base64 or stands for an empty text
+/// @return the end of the text, which is not terminated; null if the secure form is empty or too
+///         long, is no Base64 or stands for an empty text. Then a part of it may have been written
 char* toPlain(const KeyTrack& key, std::string_view secure, char* to);
 
 }  // namespace zrcommon
