@@ -20,50 +20,21 @@ std::string bytesFor(std::size_t length) {
   return bytes;
 }
 
-// One text to convert and a place for the result. Every contestant copies the text first, because
-// ours works in place.
+// A text to convert, and places for copies of it and for results.
 struct Work {
-  explicit Work(std::string input) : text(std::move(input)), out(2 * text.size() + 16) {}
-  unsigned char* to() { return reinterpret_cast<unsigned char*>(out.data()); }
-  char* copied() {
-    return static_cast<char*>(std::memcpy(out.data(), text.c_str(), text.size() + 1));
+  explicit Work(std::string input) : text(std::move(input)), places(kBatch * placeBytes()) {}
+  std::size_t placeBytes() const { return 2 * text.size() + 32; }
+  char* place(long number) {
+    return places.data() + static_cast<std::size_t>(number) * placeBytes();
+  }
+  char* copied(long number = 0) {
+    return static_cast<char*>(std::memcpy(place(number), text.c_str(), text.size() + 1));
   }
   int length() const { return static_cast<int>(text.size()); }
 
   std::string text;
-  std::vector<char> out;
+  std::vector<char> places;
 };
-
-std::string encodedByOpenSsl(const std::string& bytes) {
-  Work work(bytes);
-  EVP_EncodeBlock(work.to(), reinterpret_cast<const unsigned char*>(bytes.data()), work.length());
-  return work.out.data();
-}
-
-std::string encodedByUs(const std::string& bytes) {
-  Work work(bytes);
-  CBase64Url().Encode(work.copied(), 1);
-  return work.out.data();
-}
-
-// The work is to replace a zero-terminated text by its encoding, or by the bytes that it encodes.
-// The peers convert a text of known length from one place to another, so they get a work area;
-// "bare" is their conversion alone.
-template <typename Convert>
-void enterPeer(const std::string& operation, const std::string& size, const std::string& name,
-               Work* w, Convert convert) {
-  enter(operation, size, name, [w, convert] {
-    char area[2048];
-    char* const text = w->copied();
-    const int length = convert(text, static_cast<int>(std::strlen(text)), area);
-    std::memcpy(text, area, static_cast<std::size_t>(length) + 1);
-    benchmark::ClobberMemory();
-  });
-  enter(operation, size, "bare " + name, [w, convert] {
-    convert(w->text.data(), w->length(), w->out.data());
-    benchmark::ClobberMemory();
-  });
-}
 
 const unsigned char* asBytes(const char* text) {
   return reinterpret_cast<const unsigned char*>(text);
@@ -72,11 +43,49 @@ unsigned char* asBytes(char* text) {
   return reinterpret_cast<unsigned char*>(text);
 }
 
-void enterEncoding(Work* w, const std::string& size) {
-  enter("Base64 encode", size, "ours", [w] {
-    CBase64Url().Encode(w->copied(), 1);
+std::string encodedByOpenSsl(const std::string& bytes) {
+  Work work(bytes);
+  EVP_EncodeBlock(asBytes(work.place(0)), asBytes(bytes.data()), work.length());
+  return work.place(0);
+}
+
+std::string encodedByUs(const std::string& bytes) {
+  Work work(bytes);
+  CBase64Url().Encode(work.copied(), 1);
+  return work.place(0);
+}
+
+// The work is to replace a zero-terminated text, which lies ready, by its encoding, or by the bytes
+// that it encodes.
+template <typename Convert>
+void enterConversion(const std::string& operation, const std::string& size,
+                     const std::string& contestant, Work* w, Convert convert) {
+  const auto body = [w, convert](long number) {
+    convert(w->place(number));
     benchmark::ClobberMemory();
+  };
+  enterCalls(operation, size, contestant, callsOf([w](long number) { w->copied(number); }, body));
+}
+
+// The peers convert a text of known length from one place to another, so they get a work area;
+// "bare" is their conversion alone.
+template <typename Convert>
+void enterPeer(const std::string& operation, const std::string& size, const std::string& name,
+               Work* w, Convert convert) {
+  enterConversion(operation, size, name, w, [convert](char* text) {
+    char area[2048];
+    const int length = convert(text, static_cast<int>(std::strlen(text)), area);
+    std::memcpy(text, area, static_cast<std::size_t>(length) + 1);
   });
+  auto* const result = new Work(w->text);
+  enterConversion(operation, size, "bare " + name, w, [w, result, convert](const char* text) {
+    convert(text, w->length(), result->place(0));
+  });
+}
+
+void enterEncoding(Work* w, const std::string& size) {
+  enterConversion("Base64 encode", size, "ours", w,
+                  [](char* text) { CBase64Url().Encode(text, 1); });
   enterPeer("Base64 encode", size, "OpenSSL", w, [](const char* from, int length, char* to) {
     return EVP_EncodeBlock(asBytes(to), asBytes(from), length);
   });
@@ -91,10 +100,9 @@ void enterEncoding(Work* w, const std::string& size) {
 }
 
 void enterDecoding(Work* ours, Work* theirs, const std::string& size) {
-  enter("Base64 decode", size, "ours", [ours] {
-    CBase64Url().Decode(ours->copied(), static_cast<unsigned int>(ours->text.size() + 1));
-    benchmark::ClobberMemory();
-  });
+  const auto capacity = static_cast<unsigned int>(ours->text.size() + 1);
+  enterConversion("Base64 decode", size, "ours", ours,
+                  [capacity](char* text) { CBase64Url().Decode(text, capacity); });
   enterPeer("Base64 decode", size, "OpenSSL", theirs, [](const char* from, int length, char* to) {
     return EVP_DecodeBlock(asBytes(to), asBytes(from), length);
   });
@@ -114,36 +122,31 @@ void enterDecoding(Work* ours, Work* theirs, const std::string& size) {
 void enterCrypt(std::size_t length) {
   static CCrypt crypt(kKey);
   const std::string size = std::to_string(length) + " B";
-  auto* const work = new Work(std::string(length, '\x01'));
-  work->copied();
-  enter("CCrypt::Encrypt", size, "ours", [work] {
-    crypt.Encrypt(work->out.data());
+  auto* const text = new std::string(length, '\x01');
+  enter("CCrypt::Encrypt", size, "ours", [text] {
+    crypt.Encrypt(text->data());
     benchmark::ClobberMemory();
   });
-  auto* const bare = new Work(work->text);
-  enter("CCrypt::Encrypt", size, "bare pass", [bare] {
-    passOver(bare->out.data(), bare->text.size(), '\x40');
+  enter("CCrypt::Encrypt", size, "bare pass", [bare = new std::string(*text)] {
+    passOver(bare->data(), bare->size(), '\x40');
     benchmark::ClobberMemory();
   });
 }
 
 void enterBlocks(std::size_t length) {
-  auto* const work = new Work(bytesFor(length));
-  work->copied();
-  const std::string size =
-      length < 1024 ? std::to_string(length) + " B" : std::to_string(length >> 10U) + " KiB";
-  const auto bytes = static_cast<unsigned int>(length);
-  const auto pass = [work, length] {
-    passOver(work->out.data(), length, '\x40');
+  auto* const block = new std::string(bytesFor(length));
+  const std::string size = std::to_string(length >> 10U) + " KiB";
+  const auto pass = [block] {
+    passOver(block->data(), block->size(), '\x40');
     benchmark::ClobberMemory();
   };
-  enter("EncryptBlock", size, "ours", [work, bytes] {
-    EncryptBlock(work->out.data(), bytes);
+  enter("EncryptBlock", size, "ours", [block] {
+    EncryptBlock(block->data(), static_cast<unsigned int>(block->size()));
     benchmark::ClobberMemory();
   });
   enter("EncryptBlock", size, "bare pass", pass);
-  enter("Encrypt", size, "ours", [work] {
-    Encrypt(work->to(), work->length());
+  enter("Encrypt", size, "ours", [block] {
+    Encrypt(asBytes(block->data()), static_cast<int>(block->size()));
     benchmark::ClobberMemory();
   });
   enter("Encrypt", size, "bare pass", pass);
