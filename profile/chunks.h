@@ -4,43 +4,33 @@
 #include <emmintrin.h>
 
 #include <cstddef>
-#include <cstdint>
 #include <string_view>
 
 #include "base/blank.h"
 #include "profile/line.h"
+#include "profile/places.h"
 
 namespace zrcommon {
 
-/// Goes through whole chunks, one after the other.
-///
-/// Line feeds are found 64 bytes (a window) at a time, as the bits of a word: a line of one byte
-/// takes 2 ns so, and 15 ns with a search for each line feed. The whole aligned windows around the
-/// bytes must be readable.
+/// Goes through whole chunks, one after the other. The whole windows of Places around them must be
+/// readable.
 class Chunks {
  public:
-  static constexpr std::size_t kWindowBytes = 64;
-
   explicit Chunks(std::string_view bytes)
       : next_(bytes.data()),
         end_(next_ + bytes.size()),
-        window_(next_ - reinterpret_cast<std::uintptr_t>(next_) % kWindowBytes),
-        lineFeeds_(lineFeedsInWindow() >> (next_ - window_) << (next_ - window_)),
+        lineFeeds_(bytes, '\n'),
         hasZeros_(bytes.find('\0') != std::string_view::npos) {}
 
   /// Moves on to the next chunk; false at the end.
   bool next() {
     if (next_ == end_) return false;
-    while (!lineFeeds_ && leftFrom(window_) > kWindowBytes) {
-      window_ += kWindowBytes;
-      lineFeeds_ = lineFeedsInWindow();
-    }
-    const char* const lineEnd = lineFeeds_ ? window_ + __builtin_ctzll(lineFeeds_) + 1 : end_;
-    std::size_t length = static_cast<std::size_t>(lineEnd - next_);
+    const char* const lineFeed = lineFeeds_.next();
+    std::size_t length = static_cast<std::size_t>(lineFeed - next_) + (lineFeed != end_ ? 1 : 0);
     if (length > kChunkLength)
       length = kChunkLength;
     else
-      lineFeeds_ &= lineFeeds_ - 1;
+      lineFeeds_.pop();
     chunk_ = {next_, length};
     next_ += length;
     return true;
@@ -49,7 +39,7 @@ class Chunks {
   /// Moves on to the next chunk that is not just its text and a line feed; false at the end.
   bool nextUntrimmed() {
     do {
-      if (!lineFeeds_ && !hasZeros_) skipTrimmedWindows();
+      if (!hasZeros_) skipTrimmedWindows();
       if (!next()) return false;
     } while (isTrimmedLine());
     return true;
@@ -61,61 +51,37 @@ class Chunks {
   /// The text of the chunk.
   std::string_view text() const { return hasZeros_ ? textOf(chunk_) : trimmed(chunk_); }
 
- private:
-  std::size_t leftFrom(const char* place) const { return static_cast<std::size_t>(end_ - place); }
-
-  std::uint64_t lineFeedsInWindow() const {
-    const std::size_t left = leftFrom(window_);
-    const std::uint64_t ends = lineFeedsIn(window_);
-    return left < kWindowBytes ? ends & ((std::uint64_t{1} << left) - 1) : ends;
-  }
-
-  static std::uint64_t lineFeedsIn(const char* window) {
-    const __m128i lineFeed = _mm_set1_epi8('\n');
-    return bitsWhere(window, [=](__m128i bytes) { return _mm_cmpeq_epi8(bytes, lineFeed); });
-  }
-
-  // One bit for each byte of a window.
-  template <typename Rule>
-  static std::uint64_t bitsWhere(const char* window, Rule rule) {
-    std::uint64_t bits = 0;
-    for (unsigned int i = 0; i < kWindowBytes; i += 16) {
-      const __m128i bytes = _mm_load_si128(reinterpret_cast<const __m128i*>(window + i));
-      const auto found = static_cast<unsigned int>(_mm_movemask_epi8(rule(bytes)));
-      bits |= static_cast<std::uint64_t>(found) << i;
-    }
-    return bits;
-  }
-
+  /// True if the chunk is just its text and a line feed.
   bool isTrimmedLine() const {
     if (hasZeros_ || chunk_.back() != '\n') return false;
     return chunk_.size() == 1 || !(isBlank(chunk_.front()) || isBlank(chunk_[chunk_.size() - 2]));
   }
 
+ private:
   // Skips the lines that end in the next windows, until a line feed has a possible blank beside it:
-  // 1 ns for a line of 24 bytes, and 4 ns one by one. The current window has no more line feeds.
+  // 1 ns for a line of 24 bytes, and 4 ns one by one.
   void skipTrimmedWindows() {
     const __m128i space = _mm_set1_epi8(' ');
-    while (leftFrom(window_) > 2 * kWindowBytes && (*next_ > ' ' || *next_ == '\n')) {
-      const char* const window = window_ + kWindowBytes;
-      const std::uint64_t ends = lineFeedsIn(window);
+    while (const char* const window = lineFeeds_.nextWindow()) {
+      const std::uint64_t ends = lineFeeds_.in(window);
       const std::uint64_t visible =
-          bitsWhere(window, [=](__m128i bytes) { return _mm_cmpgt_epi8(bytes, space); });
+          Places::bitsWhere(window, [=](__m128i bytes) { return _mm_cmpgt_epi8(bytes, space); });
       const std::uint64_t blanks = ~(ends | visible);
       const std::uint64_t starts = ends << 1 | (window[-1] == '\n' ? 1U : 0U);
       const std::uint64_t afterBlank = blanks << 1 | (window[-1] <= ' ' ? 1U : 0U);
-      const char* const lineEnd = ends ? window + __builtin_ctzll(ends) : window + kWindowBytes;
+      const char* const lineEnd =
+          window + (ends ? __builtin_ctzll(ends) : std::ptrdiff_t{Places::kWindowBytes});
       const bool isLong = lineEnd - next_ >= std::ptrdiff_t{kChunkLength};
-      if (isLong || (starts & blanks) || (ends & afterBlank & ~starts)) return;
-      window_ = window;
-      if (ends) next_ = window + kWindowBytes - __builtin_clzll(ends);
+      const bool mayBeginBlank = *next_ <= ' ' && *next_ != '\n';
+      if (isLong || mayBeginBlank || (starts & blanks) || (ends & afterBlank & ~starts)) return;
+      lineFeeds_.popWindow();
+      if (ends) next_ = window + Places::kWindowBytes - __builtin_clzll(ends);
     }
   }
 
   const char* next_;
   const char* end_;
-  const char* window_;
-  std::uint64_t lineFeeds_;
+  Places lineFeeds_;
   bool hasZeros_;
   std::string_view chunk_;
 };
@@ -136,22 +102,40 @@ inline std::size_t chunkEnd(std::string_view chunks, std::size_t start) {
 inline std::size_t findSection(std::string_view chunks, std::string_view section) {
   const NameFilter filter(section, ']');
   std::size_t known = 0;
-  std::size_t from = 0;
-  for (;;) {
-    const std::size_t bracket = chunks.find('[', from);
-    if (bracket == std::string_view::npos) return bracket;
+  for (Places brackets(chunks, '[');; brackets.pop()) {
+    const auto bracket = static_cast<std::size_t>(brackets.next() - chunks.data());
+    if (bracket == chunks.size()) return std::string_view::npos;
+    if (bracket < known) continue;
     const bool startsChunk = bracket == known || chunks[bracket - 1] == '\n';
-    from = bracket + 1;
-    if (startsChunk && from < chunks.size() && filter.rulesOut(chunks.substr(from))) {
+    const std::string_view name = chunks.substr(bracket + 1);
+    if (startsChunk && !name.empty() && filter.rulesOut(name)) {
       known = bracket;
       continue;
     }
     const std::size_t start = startsChunk ? bracket : chunkStart(chunks, known, bracket);
-    known = from = chunkEnd(chunks, start);
+    known = chunkEnd(chunks, start);
     const std::string_view text = textOf(chunks.substr(start, known - start));
     if (isHeader(text) && namesSection(text, section)) return known;
   }
 }
+
+/// Recognises the entry of a key in its section.
+class KeyMatcher {
+ public:
+  explicit KeyMatcher(std::string_view key) : key_(key), filter_(key, '=') {}
+
+  /// True for the entry of the key and for the header that ends the section.
+  bool stopsAt(const Chunks& chunks) const {
+    const std::string_view chunk = chunks.chunk();
+    if (chunk.front() != '[' && filter_.rulesOut(chunk)) return false;
+    const std::string_view text = chunks.text();
+    return isHeader(text) || (!isComment(text) && isSameName(keyOf(text), key_));
+  }
+
+ private:
+  std::string_view key_;
+  NameFilter filter_;
+};
 
 }  // namespace zrcommon
 

@@ -14,6 +14,7 @@
 #include "base/file.h"
 #include "profile/chunks.h"
 #include "profile/line.h"
+#include "profile/places.h"
 
 namespace zrcommon {
 
@@ -148,7 +149,7 @@ class ProfileFile {
   std::size_t copyEnd_ = 0;
   std::size_t written_ = 0;
   // One byte more than can be read, for terminate(); whole windows, for the search of line feeds.
-  alignas(Chunks::kWindowBytes) char block_[kBlockBytes + Chunks::kWindowBytes];
+  alignas(Places::kWindowBytes) char block_[kBlockBytes + Places::kWindowBytes];
 };
 
 /// Takes everything through the header of the section: take() receives the chunks, run by run, and

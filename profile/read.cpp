@@ -15,16 +15,14 @@ namespace {
 
 // Finds the entry in the section whose header was skipped.
 bool findEntry(ProfileFile& profile, std::string_view key, std::string_view& entry) {
-  const NameFilter filter(key, '=');
+  const KeyMatcher matcher(key);
   for (auto bytes = profile.chunks(); !bytes.empty(); bytes = profile.chunks()) {
     for (Chunks chunks(bytes); chunks.next();) {
-      const std::string_view chunk = chunks.chunk();
-      if (chunk.front() != '[' && filter.rulesOut(chunk)) continue;
+      if (!matcher.stopsAt(chunks)) continue;
       entry = chunks.text();
       // Kept: GetPrivateProfileString() and GetPrivateProfileInt() end the section also at a header
       // without "]" (test ProfileReading.Entries)
-      if (isHeader(entry)) return false;
-      if (!isComment(entry) && isSameName(keyOf(entry), key)) return true;
+      return !isHeader(entry);
     }
     profile.skip(bytes.size());
   }

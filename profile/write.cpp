@@ -45,32 +45,42 @@ void appendEntry(ProfileFile& profile, const Change& change) {
   profile.append("\n");
 }
 
-void copyAsIs(ProfileFile& profile, std::string_view chunks) {
-  profile.skip(chunks.size());
-  profile.append(chunks);
-}
-
-void copyLine(ProfileFile& profile, std::string_view chunk, std::string_view text) {
-  profile.skip(chunk.size());
-  profile.append(text);
-  profile.append("\n");
-}
-
-// Lines that are trimmed already are copied together.
+// Copies lines as the writer leaves them.
 // Kept: WritePrivateProfileString() writes the lines before the change trimmed and with LF and
 // leaves those after it as they are, so a file can get mixed line ends (test ProfileWriting.Files)
-void copyTrimmed(ProfileFile& profile, std::string_view bytes) {
-  const char* copied = bytes.data();
-  const auto copyUpTo = [&](const char* end) {
-    copyAsIs(profile, {copied, static_cast<std::size_t>(end - copied)});
-  };
-  for (Chunks chunks(bytes); chunks.nextUntrimmed();) {
+class TrimmedCopy {
+ public:
+  TrimmedCopy(ProfileFile& profile, std::string_view chunks)
+      : profile_(profile), copied_(chunks.data()) {}
+
+  // Copies the chunk. Lines that are trimmed already are copied later, together.
+  void add(const Chunks& chunks) {
+    if (chunks.isTrimmedLine()) return;
     const std::string_view chunk = chunks.chunk();
-    copyUpTo(chunk.data());
-    copyLine(profile, chunk, chunks.text());
-    copied = chunk.data() + chunk.size();
+    finish(chunk.data());
+    profile_.skip(chunk.size());
+    profile_.append(chunks.text());
+    profile_.append("\n");
+    copied_ = chunk.data() + chunk.size();
   }
-  copyUpTo(bytes.data() + bytes.size());
+
+  // Copies what was added and is not copied yet, which ends here.
+  void finish(const char* end) {
+    const std::string_view lines(copied_, static_cast<std::size_t>(end - copied_));
+    profile_.skip(lines.size());
+    profile_.append(lines);
+    copied_ = end;
+  }
+
+ private:
+  ProfileFile& profile_;
+  const char* copied_;
+};
+
+void copyTrimmed(ProfileFile& profile, std::string_view bytes) {
+  TrimmedCopy copy(profile, bytes);
+  for (Chunks chunks(bytes); chunks.nextUntrimmed();) copy.add(chunks);
+  copy.finish(bytes.data() + bytes.size());
 }
 
 // Copies everything through the header of the section; if there is none, adds it at the end.
@@ -85,18 +95,20 @@ void copyThroughHeader(ProfileFile& profile, std::string_view section) {
 // Copies the section up to the old entry and writes the new one instead of it; if there is none, at
 // the end of the section.
 void copyThroughEntry(ProfileFile& profile, const Change& change) {
+  const KeyMatcher matcher(change.key);
   for (auto bytes = profile.chunks(); !bytes.empty(); bytes = profile.chunks()) {
-    for (Chunks chunks(bytes); chunks.next();) {
-      const std::string_view text = chunks.text();
-      const bool isEnd = isHeader(text);
+    TrimmedCopy copy(profile, bytes);
+    for (Chunks chunks(bytes); chunks.next(); copy.add(chunks)) {
+      if (!matcher.stopsAt(chunks)) continue;
+      copy.finish(chunks.chunk().data());
       // Kept: WritePrivateProfileString() puts a new entry after the blank lines and comments that
       // close the section (test ProfileWriting.Files)
-      const bool isPlace = isEnd || (!isComment(text) && isSameName(keyOf(text), change.key));
-      if (isPlace) appendEntry(profile, change);
-      if (isPlace && !isEnd) return profile.skip(chunks.chunk().size());
-      copyLine(profile, chunks.chunk(), text);
-      if (isEnd) return;
+      appendEntry(profile, change);
+      if (!isHeader(chunks.text())) return profile.skip(chunks.chunk().size());
+      copy.add(chunks);
+      return copy.finish(chunks.chunk().data() + chunks.chunk().size());
     }
+    copy.finish(bytes.data() + bytes.size());
   }
   appendEntry(profile, change);
 }
