@@ -11,6 +11,7 @@
 
 #include "bench/contest.h"
 #include "bench/profile_peers.h"
+#include "bench/sweep_inputs.h"
 
 namespace {
 
@@ -79,6 +80,15 @@ void enterReading(const std::string& size, const ProfileSample& sample) {
   enter("read the first key", size, "ours", [&] { readOurs(sample, "section10000", "setting10"); });
 }
 
+// Profiles of lines as short as they can be, which inih alone of the peers reads.
+void enterShortLines(const std::string& lines, std::string (*make)(std::size_t size)) {
+  const std::string operation = "read the last key, 256 KiB";
+  auto* const sample = new ProfileSample{"/tmp/zrcommon-bench-" + lines, "", "last", "key"};
+  std::ofstream(sample->path) << make(256U << 10U);
+  enter(operation, lines, "ours", [=] { readOurs(*sample, sample->lastSection, sample->lastKey); });
+  enterReadingPeers(operation, lines, *sample, "inih");
+}
+
 void changeOurs(const ProfileSample& sample) {
   unsigned int error = 0;
   must(WritePrivateProfileString(sample.middleSection.c_str(), "setting19", "changed",
@@ -124,4 +134,7 @@ void enterProfileRows() {
     const auto* changed = new ProfileSample(makeSample(std::to_string(size) + "-changed", size));
     enterChanging(name, *changed);
   }
+  enterShortLines("headers alone", headersAlone);
+  enterShortLines("blank lines", blankLines);
+  enterShortLines("one-byte comments", shortComments);
 }

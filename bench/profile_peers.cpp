@@ -111,9 +111,9 @@ const std::pair<const char*, Change> kChangers[] = {
 }  // namespace
 
 void enterReadingPeers(const std::string& operation, const std::string& size,
-                       const ProfileSample& sample) {
+                       const ProfileSample& sample, const std::string& only) {
   for (const auto& [name, read] : kReaders) {
-    if (!name) continue;
+    if (!name || (!only.empty() && only != name)) continue;
     enter(operation, size, name, [&sample, read = read] {
       read(sample.path.c_str(), sample.lastSection.c_str(), sample.lastKey.c_str());
     });

@@ -11,9 +11,9 @@ struct ProfileSample {
   std::string lastKey;
 };
 
-/// Enters the installed peers: each reads the last entry from the file.
+/// Enters the installed peers, or the one that is named: each reads the last entry from the file.
 void enterReadingPeers(const std::string& operation, const std::string& size,
-                       const ProfileSample& sample);
+                       const ProfileSample& sample, const std::string& only = "");
 
 /// The same for peers that can write: each loads the file, sets "setting19" of the section in the
 /// middle and replaces the file by the result.

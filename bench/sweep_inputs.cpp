@@ -54,6 +54,10 @@ std::string blankLines(std::size_t size) {
   return "[last]" + std::string(size, '\n') + "key=value\n";
 }
 
+std::string shortComments(std::size_t size) {
+  return "[last]\n" + repeated(";\n", size) + "key=value\n";
+}
+
 std::string blankPieces(std::size_t size) {
   return repeated(std::string(1021, ' ') + "x[", size) + kLastEntry;
 }

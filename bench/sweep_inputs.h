@@ -3,7 +3,8 @@
 
 #include <string>
 
-/// Inputs of the sweep, each of about the given size: ordinary ones, and ones made to be slow.
+/// Inputs of the sweep, and of short lines for the tables, each of about the given size: ordinary
+/// ones, and ones made to be slow.
 
 // Profiles, all with a section "last" and, in it, the key "key" as their last line.
 std::string ordinaryProfile(std::size_t size);
@@ -11,6 +12,7 @@ std::string oneSection(std::size_t size);
 std::string headersAlone(std::size_t size);
 std::string openHeaders(std::size_t size);
 std::string blankLines(std::size_t size);
+std::string shortComments(std::size_t size);
 std::string blankPieces(std::size_t size);
 std::string zeroBytes(std::size_t size);
 
