@@ -1,6 +1,7 @@
 // Properties that hold for any input. The tests check them with random bytes; the fuzzer, which is
 // built from this file too, with its own: ZR_FUZZ_TARGET=profile build/fuzz/fuzz/fuzz
 #include <zrcommon/codecs.h>
+#include <zrcommon/network.h>
 #include <zrcommon/profile.h>
 #include <zrcommon/strings.h>
 #include <zrcommon/system.h>
@@ -99,6 +100,30 @@ void searchLikeTheStandardLibrary(Input& in) {
   EXPECT_EQ(at == S::npos ? nullptr : wide.get() + at, my_wcsstr(wide.get(), wanted.get()));
 }
 
+void decodeWhatIsBase64(Input& in) {
+  CBase64Url base64;
+  const S symbols = in.text(1100, in.below(2) ? "AQaz09_!$"s : "Y_$+"s);
+  GuardedText decoded(symbols);
+  const bool fits = !symbols.empty() && symbols.size() < 1024;
+  EXPECT_EQ(fits && base64.IsBase64(symbols.c_str()),
+            base64.Decode(decoded.get(), unsigned(in.below(decoded.size())) + 1));
+  const S bytes = "b" + in.text(764, "\x01 aZ~\x7F\x80\xFF"s);
+  GuardedText coded(bytes + S((bytes.size() + 2) / 3 * 4 - bytes.size(), '\0'));
+  EXPECT_TRUE(base64.Encode(coded.get(), 1) && base64.Decode(coded.get(), unsigned(coded.size())));
+  EXPECT_EQ(bytes, coded.text());
+}
+
+// Its lengths may be wrong, but the message itself is as long as it says.
+void listAnyLink(Input& in) {
+  Guarded message(S(sizeof(std::uint32_t), '\0') + in.text(1500, "\0\1\3\4\b@a"s));
+  const auto size = static_cast<std::uint32_t>(message.size());
+  std::memcpy(message.data(), &size, sizeof size);
+  std::vector<tagZR_ETHERNET_INTERFACES_INFO> links;
+  EXPECT_EQ(1, rtnl_print_link(message.data<nlmsghdr>(), links));
+  EXPECT_GT(sizeof links.at(0).name, ::strnlen(links[0].name, sizeof links[0].name));
+  EXPECT_EQ(0U, std::strlen(links[0].macAddress) % 17);
+}
+
 // With names and values of up to 765 bytes.
 void transformCommandAndBack(Input& in) {
   const S bytes = "\x01\x80\xFF+/8W", key = "k" + in.text(69, bytes);
@@ -169,7 +194,9 @@ void setOneKey(Input& in) {
   EXPECT_EQ(comments + after, changed(comments + file, "s", key, value));
 }
 
-const std::map<S, void (*)(Input&)> kProperties = {{"compare", compareLikeTheStandardLibrary},
+const std::map<S, void (*)(Input&)> kProperties = {{"base64", decodeWhatIsBase64},
+                                                   {"compare", compareLikeTheStandardLibrary},
+                                                   {"links", listAnyLink},
                                                    {"profile", setOneKey},
                                                    {"search", searchLikeTheStandardLibrary},
                                                    {"secure", transformCommandAndBack},
