@@ -7,11 +7,6 @@
 
 namespace {
 
-template <typename Record>
-S bytesOf(const Record& record) {
-  return {reinterpret_cast<const char*>(&record), sizeof record};
-}
-
 // A message or an attribute may say to have another length than it has.
 S message(unsigned short type, const S& body, long length = -1) {
   nlmsghdr header = {};

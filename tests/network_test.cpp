@@ -16,8 +16,13 @@ tagInetSettings filledWith(char byte) {
   return settings;
 }
 
-S bytesOf(const tagInetSettings& settings) {
-  return {reinterpret_cast<const char*>(settings.bytes), sizeof settings.bytes};
+// A record of the server address directory as it is stored: each byte with its halves swapped.
+S directoryRecord(unsigned int number, S name, S value) {
+  name.resize(260);
+  value.resize(260);
+  S record = bytesOf(number) + name + value;
+  for (char& byte : record) byte = static_cast<char>((byte & 0xF) << 4 | (byte >> 4 & 0xF));
+  return record;
 }
 
 // Installs a scripted internet library, which keeps a record of its calls.
@@ -107,8 +112,6 @@ TEST(InetOptions, FailuresLeaveEverythingAlone) {
   EXPECT_EQ(2U, ReadInetOptions(tooLong.c_str(), &settings));
   EXPECT_EQ(0600U, modeOf(tooLong));
   EXPECT_EQ(2U, SaveInetOptions("/no/such", &settings));
-  EXPECT_EQ(2U, ReadInetOptions(none.c_str(), &settings));
-  EXPECT_EQ(4U, ReadInetOptions(kScratch.c_str(), &settings));
   EXPECT_EQ(0U, SaveInetOptions(nullptr, &settings) + ReadInetOptions(nullptr, &settings) +
                     SaveInetOptions(none.c_str(), nullptr) +
                     ReadInetOptions(tooLong.c_str(), nullptr));

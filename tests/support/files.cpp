@@ -71,12 +71,3 @@ std::string changesSince(const Files& before) {
     if (after.count(name) == 0) text += " no " + name;
   return text;
 }
-
-std::string directoryRecord(unsigned int number, std::string name, std::string value) {
-  name.resize(260);
-  value.resize(260);
-  std::string record(reinterpret_cast<const char*>(&number), sizeof number);
-  record += name + value;
-  for (char& byte : record) byte = static_cast<char>((byte & 0xF) << 4 | (byte >> 4 & 0xF));
-  return record;
-}

@@ -30,7 +30,4 @@ Files filesInPlaces();
 /// " name content mode" for each file that is new or changed, " no name" for each that is gone.
 std::string changesSince(const Files& before);
 
-/// A record of the server address directory as it is stored: each byte with its halves swapped.
-std::string directoryRecord(unsigned int number, std::string name, std::string value);
-
 #endif  // ZRCOMMON_TESTS_SUPPORT_FILES_H
