@@ -1,3 +1,4 @@
+#include <pthread.h>
 #include <zrcommon/profile.h>
 
 #include "support/calls.h"
@@ -220,4 +221,29 @@ TEST(ProfileLines, HelpersCutUpTheirLine) {
   std::fclose(stream);
   EXPECT_EQ("ab\n\0#\0"s, S(line, sizeof line));
   EXPECT_EQ("ab\n", getFile(kPath));
+}
+
+// A thread with the smallest stack leaves the lowest 1 KiB of it untouched.
+TEST(ProfileWriting, FitsASmallStack) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "a sanitizer makes frames larger";
+#endif
+  putFile(kPath, "[s]\nkey=12\n");
+  Guarded stack(16384);
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  ASSERT_EQ(0, pthread_attr_setstack(&attributes, stack.data(), stack.size()));
+  const auto useProfile = [](void*) -> void* {
+    char value[3] = {};
+    unsigned int error = 0;
+    GetPrivateProfileString("s", "key", "", value, sizeof value, kPath.c_str(), &error);
+    GetPrivateProfileInt("s", "key", 0, kPath.c_str(), &error);
+    WritePrivateProfileString("s", "new", value, kPath.c_str(), &error);
+    return nullptr;
+  };
+  pthread_t thread;
+  ASSERT_EQ(0, pthread_create(&thread, &attributes, useProfile, nullptr));
+  pthread_join(thread, nullptr);
+  EXPECT_EQ("[s]\nkey=12\nnew=12\n", getFile(kPath));
+  EXPECT_EQ(S(1024, '#'), stack.bytes().substr(0, 1024));
 }

@@ -1,6 +1,7 @@
 // Properties that hold for any input. The tests check them with random bytes; the fuzzer, which is
 // built from this file too, with its own: ZR_FUZZ_TARGET=profile build/fuzz/fuzz/fuzz
 #include <zrcommon/codecs.h>
+#include <zrcommon/network.h>
 #include <zrcommon/profile.h>
 #include <zrcommon/strings.h>
 #include <zrcommon/system.h>
@@ -99,6 +100,32 @@ void searchLikeTheStandardLibrary(Input& in) {
   EXPECT_EQ(at == S::npos ? nullptr : wide.get() + at, my_wcsstr(wide.get(), wanted.get()));
 }
 
+void decodeWhatIsBase64(Input& in) {
+  CBase64Url base64;
+  const S symbols = in.text(1100, in.below(2) ? "AQaz09_!$"s : "Y_$+"s);
+  GuardedText decoded(symbols);
+  const bool fits = !symbols.empty() && symbols.size() < 1024;
+  EXPECT_EQ(fits && base64.IsBase64(symbols.c_str()),
+            base64.Decode(decoded.get(), unsigned(in.below(decoded.size())) + 1));
+  const S bytes = "b" + in.text(764, "\x01 aZ~\x7F\x80\xFF"s);
+  GuardedText coded(bytes + S((bytes.size() + 2) / 3 * 4 - bytes.size(), '\0'));
+  EXPECT_TRUE(base64.Encode(coded.get(), 1) && base64.Decode(coded.get(), unsigned(coded.size())));
+  EXPECT_EQ(bytes, coded.text());
+}
+
+// Names and addresses, whose lengths may be wrong, in a message that is as long as it says.
+void listAnyLink(Input& in) {
+  const S pieces[] = {"\x08\0\3\0"s, "\x08\0\1\0"s, "\4\4\3\0"s, S(1100, 'n'), "\5"};
+  S bytes(in.below(5) ? 28 : 0, '\0');
+  for (std::size_t count = in.below(16); count > 0; --count)
+    bytes += pieces[in.next() % std::size(pieces)];
+  Guarded message(bytesOf(std::uint32_t(bytes.size() + 4)) + bytes);
+  std::vector<tagZR_ETHERNET_INTERFACES_INFO> links;
+  EXPECT_EQ(1, rtnl_print_link(message.data<nlmsghdr>(), links));
+  EXPECT_GT(sizeof links.at(0).name, ::strnlen(links[0].name, sizeof links[0].name));
+  EXPECT_EQ(0U, std::strlen(links[0].macAddress) % 17);
+}
+
 // With names and values of up to 765 bytes.
 void transformCommandAndBack(Input& in) {
   const S bytes = "\x01\x80\xFF+/8W", key = "k" + in.text(69, bytes);
@@ -169,7 +196,9 @@ void setOneKey(Input& in) {
   EXPECT_EQ(comments + after, changed(comments + file, "s", key, value));
 }
 
-const std::map<S, void (*)(Input&)> kProperties = {{"compare", compareLikeTheStandardLibrary},
+const std::map<S, void (*)(Input&)> kProperties = {{"base64", decodeWhatIsBase64},
+                                                   {"compare", compareLikeTheStandardLibrary},
+                                                   {"links", listAnyLink},
                                                    {"profile", setOneKey},
                                                    {"search", searchLikeTheStandardLibrary},
                                                    {"secure", transformCommandAndBack},

@@ -5,7 +5,7 @@
 
 namespace {
 
-const unsigned char* bytesOf(const S& text) {
+const unsigned char* unsignedBytes(const S& text) {
   return reinterpret_cast<const unsigned char*>(text.data());
 }
 
@@ -28,7 +28,8 @@ TEST(SearchFor, GivesUpWithoutLosingTheMatch) {
       for (std::size_t place = 0; place < 10000; place += place < 1504 ? 1 : 8) {
         text.replace(place, size, pattern);
         const std::size_t expected = text.find(pattern, place > size ? place - size : 0);
-        ASSERT_EQ(int(expected), SearchFor(bytesOf(text), 17000, bytesOf(pattern), int(size)))
+        ASSERT_EQ(int(expected),
+                  SearchFor(unsignedBytes(text), 17000, unsignedBytes(pattern), int(size)))
             << unit << size;
         text.replace(place, size, background, place, size);
       }
@@ -53,14 +54,14 @@ TEST(SearchInFile, FindsAcrossTheBordersOfChunks) {
         for (const off_t start : {off_t{0}, std::min<off_t>(place, 77), place, place + 1}) {
           SCOPED_TRACE(testing::Message() << length << " bytes at " << place << " from " << start);
           const off_t expected = start <= place ? place : -1;
-          EXPECT_EQ(expected, SearchInFile(file, bytesOf(pattern), length, start));
+          EXPECT_EQ(expected, SearchInFile(file, unsignedBytes(pattern), length, start));
           EXPECT_EQ(start > place, ::lseek(file, 0, SEEK_CUR) == kSize);
         }
       }
-  EXPECT_EQ(-1, SearchInFile(file, bytesOf("q"), 1, 0)) << "a lower-case letter";
+  EXPECT_EQ(-1, SearchInFile(file, unsignedBytes("q"), 1, 0)) << "a lower-case letter";
   for (const int length : {2043, 1 << 30, 0, -1, -6, -7})
-    EXPECT_EQ(-1, SearchInFile(file, bytesOf(repeat(".,[Q", 2043)), length, 0)) << length;
+    EXPECT_EQ(-1, SearchInFile(file, unsignedBytes(repeat(".,[Q", 2043)), length, 0)) << length;
   EXPECT_EQ(-1, SearchInFile(file, nullptr, 1, 0));
-  EXPECT_EQ(-1, SearchInFile(file, bytesOf("."), 1, -1));
+  EXPECT_EQ(-1, SearchInFile(file, unsignedBytes("."), 1, -1));
   ::close(file);
 }

@@ -5,7 +5,6 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
 
@@ -14,37 +13,36 @@ std::string lastSent;
 std::size_t lastReceiveBytes = 0;
 const timeval* testClock = nullptr;
 std::string testLink;
+int allocationsUntilFailure = -1;
 
 namespace {
 
 Calls* watched = nullptr;
 Fault fault;
-int allocationsUntilFailure = -1;
-
-Fault::Kind fateOf(const char* name) {
+Fault::Kind fateOf(const std::string& name) {
   if (!watched) return Fault::kNone;
   const std::size_t place = watched->names.size();
-  watched->names.emplace_back(name);
-  if (fault.kind == Fault::kNone || place < fault.place) return Fault::kNone;
-  const bool isLater = place > fault.place;
-  if (isLater && fault.alsoFailing.find(name) == std::string::npos) return Fault::kNone;
-  if (isLater || fault.kind == Fault::kFails) errno = isLater ? EIO : fault.error;
-  return isLater ? Fault::kFails : fault.kind;
-}
-
-// Makes the call for @p count bytes, or what becomes of it.
-template <typename Call>
-long passBytes(const char* name, std::size_t count, Call call) {
-  const Fault::Kind fate = fateOf(name);
-  if (fate == Fault::kFails) return -1;
-  if (fate == Fault::kWritesNothing) return 0;
-  return call(fate == Fault::kIsShort ? std::min(count, fault.bytes) : count);
+  watched->names.push_back(name);
+  if (place == fault.place) {
+    errno = fault.error;
+    return fault.kind;
+  }
+  const bool fails = place > fault.place && fault.alsoFailing.find(name) != std::string::npos;
+  if (fails) errno = EIO;
+  return fails ? Fault::kFails : Fault::kNone;
 }
 
 template <typename... Arguments>
-int pass(const char* name, long number, Arguments... arguments) {
-  const auto call = [&](std::size_t) { return ::syscall(number, arguments...); };
-  return static_cast<int>(passBytes(name, 0, call));
+int pass(const std::string& name, long number, Arguments... arguments) {
+  return fateOf(name) == Fault::kFails ? -1 : static_cast<int>(::syscall(number, arguments...));
+}
+
+template <typename Bytes>
+long passBytes(const char* name, long number, int fd, Bytes* bytes, std::size_t count) {
+  const Fault::Kind fate = fateOf(name);
+  if (fate == Fault::kFails) return -1;
+  if (fate == Fault::kWritesNothing) return 0;
+  return ::syscall(number, fd, bytes, fate == Fault::kIsShort ? fault.bytes : count);
 }
 
 int counted(int descriptor) {
@@ -69,12 +67,6 @@ Calls watch(const std::function<void()>& body, const Fault& wanted) {
   return calls;
 }
 
-bool runShortOfMemory(int allocation, const std::function<void()>& body) {
-  allocationsUntilFailure = allocation;
-  body();
-  return std::exchange(allocationsUntilFailure, -1) < 0;
-}
-
 extern "C" {
 
 int open(const char* path, int flags, ...) {
@@ -83,9 +75,8 @@ int open(const char* path, int flags, ...) {
   const mode_t mode = flags & O_CREAT ? va_arg(rest, mode_t) : 0;
   va_end(rest);
   constexpr const char* kNames[] = {"open-r", "open-w", "open-rw"};
-  const std::string name = kNames[flags & O_ACCMODE];
-  const std::string shown = flags & O_CLOEXEC ? name : name + " inherited";
-  return counted(pass(shown.c_str(), SYS_open, path, flags, mode));
+  const std::string inherited = flags & O_CLOEXEC ? "" : " inherited";
+  return counted(pass(kNames[flags & O_ACCMODE] + inherited, SYS_open, path, flags, mode));
 }
 int socket(int domain, int type, int protocol) noexcept {
   const char* const name = type & SOCK_CLOEXEC ? "socket" : "socket inherited";
@@ -93,19 +84,17 @@ int socket(int domain, int type, int protocol) noexcept {
 }
 int close(int fd) {
   if (watched) --watched->descriptorsLeft;
-  const long result = ::syscall(SYS_close, fd);
-  return static_cast<int>(passBytes("close", 0, [=](std::size_t) { return result; }));
+  const int result = static_cast<int>(::syscall(SYS_close, fd));
+  return fateOf("close") == Fault::kFails ? -1 : result;
 }
 ssize_t read(int fd, void* bytes, std::size_t count) {
-  const auto call = [=](std::size_t most) { return ::syscall(SYS_read, fd, bytes, most); };
-  return passBytes("read", count, call);
+  return passBytes("read", SYS_read, fd, bytes, count);
 }
 ssize_t write(int fd, const void* bytes, std::size_t count) {
-  const auto call = [=](std::size_t most) { return ::syscall(SYS_write, fd, bytes, most); };
-  return passBytes("write", count, call);
+  return passBytes("write", SYS_write, fd, bytes, count);
 }
 off_t lseek(int fd, off_t offset, int from) noexcept {
-  return passBytes("lseek", 0, [=](std::size_t) { return ::syscall(SYS_lseek, fd, offset, from); });
+  return pass("lseek", SYS_lseek, fd, offset, from);
 }
 int access(const char* path, int kind) noexcept {
   return pass("access", SYS_access, path, kind);
@@ -149,18 +138,12 @@ int gettimeofday(timeval* now, void* zone) noexcept {
   return now->tv_usec < 0 ? -1 : 0;
 }
 
-// A sanitizer has allocation functions of its own.
-#ifndef __SANITIZE_ADDRESS__
+#ifndef __SANITIZE_ADDRESS__  // which has allocation functions of its own
 void* __libc_malloc(std::size_t size);
-void* __libc_calloc(std::size_t count, std::size_t size);
 
 void* malloc(std::size_t size) {
   const bool fails = allocationsUntilFailure >= 0 && allocationsUntilFailure-- == 0;
   return fails ? nullptr : __libc_malloc(size);
-}
-void* calloc(std::size_t count, std::size_t size) {
-  const bool fails = allocationsUntilFailure >= 0 && allocationsUntilFailure-- == 0;
-  return fails ? nullptr : __libc_calloc(count, size);
 }
 #endif
 

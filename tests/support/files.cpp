@@ -62,21 +62,12 @@ Files filesInPlaces() {
   return found;
 }
 
-std::string changesSince(const Files& before) {
-  const Files after = filesInPlaces();
+std::string changesSince(Files before) {
   std::string text;
-  for (const auto& [name, content] : after)
-    if (before.count(name) == 0 || before.at(name) != content) text += " " + name + " " + content;
-  for (const auto& [name, content] : before)
-    if (after.count(name) == 0) text += " no " + name;
+  for (const auto& [name, content] : filesInPlaces()) {
+    if (before[name] != content) text += " " + name + " " + content;
+    before.erase(name);
+  }
+  for (const auto& [name, content] : before) text += " no " + name;
   return text;
-}
-
-std::string directoryRecord(unsigned int number, std::string name, std::string value) {
-  name.resize(260);
-  value.resize(260);
-  std::string record(reinterpret_cast<const char*>(&number), sizeof number);
-  record += name + value;
-  for (char& byte : record) byte = static_cast<char>((byte & 0xF) << 4 | (byte >> 4 & 0xF));
-  return record;
 }

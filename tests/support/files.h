@@ -28,9 +28,6 @@ using Files = std::map<std::string, std::string>;
 Files filesInPlaces();
 
 /// " name content mode" for each file that is new or changed, " no name" for each that is gone.
-std::string changesSince(const Files& before);
-
-/// A record of the server address directory as it is stored: each byte with its halves swapped.
-std::string directoryRecord(unsigned int number, std::string name, std::string value);
+std::string changesSince(Files before);
 
 #endif  // ZRCOMMON_TESTS_SUPPORT_FILES_H

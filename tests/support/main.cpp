@@ -12,12 +12,12 @@ namespace {
 // The open descriptors and the loaded modules.
 std::string holdings() {
   const std::filesystem::directory_iterator descriptors("/proc/self/fd");
-  const auto countModules = [](dl_phdr_info* info, std::size_t, void* count) {
-    *static_cast<long long*>(count) = static_cast<long long>(info->dlpi_adds - info->dlpi_subs);
-    return 1;
+  const auto countModule = [](dl_phdr_info*, std::size_t, void* count) {
+    ++*static_cast<int*>(count);
+    return 0;
   };
-  long long modules = 0;
-  ::dl_iterate_phdr(countModules, &modules);
+  int modules = 0;
+  ::dl_iterate_phdr(countModule, &modules);
   return std::to_string(std::distance(begin(descriptors), end(descriptors))) + " descriptors, " +
          std::to_string(modules) + " modules";
 }

@@ -27,4 +27,10 @@ using namespace std::string_literals;
 template <typename... Field>
 using Rows = std::vector<std::tuple<Field...>>;
 
+/// A record as it stands in memory.
+template <typename Record>
+S bytesOf(const Record& record) {
+  return {reinterpret_cast<const char*>(&record), sizeof record};
+}
+
 #endif  // ZRCOMMON_TESTS_SUPPORT_TEST_H
