@@ -3,6 +3,8 @@
 #include <zrcommon/strings.h>
 #include <zrcommon/system.h>
 
+#include <clocale>
+
 #include "support/guarded_call.h"
 
 namespace {
@@ -255,6 +257,14 @@ TEST(Strings, UnchangedTextMayBeConstant) {
   static const char16_t kText[] = u"MORE THAN 32 UNITS OF CONSTANT MEMORY";
   my_wcsupr(reinterpret_cast<unsigned short*>(const_cast<char16_t*>(kText)));
   EXPECT_STREQ("", Trim(const_cast<char*>("")));
+}
+
+TEST(Strings, UpperCaseFollowsTheLocale) {
+  ASSERT_EQ(0, std::system("localedef -c -i en_US -f ISO-8859-1 /scratch/latin 2> /scratch/log"));
+  ::setenv("LOCPATH", "/scratch", 1);
+  ASSERT_TRUE(std::setlocale(LC_CTYPE, "latin"));
+  call(upper, times(70, "\xE9"), 70).gives(1, times(70, "\xC9"));
+  std::setlocale(LC_CTYPE, "C");
 }
 
 TEST(Strings, RemovingNeverPassesAZero) {
