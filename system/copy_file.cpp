@@ -19,7 +19,7 @@ constexpr std::size_t kChunkBytes = 1024;
 enum class PartialTarget { kStays, kIsRemoved };
 
 // Kept: ZRCopyFile() and CopyFile() take a read error for the end of the source and return 1 (test
-// Copy.NothingHappensWithoutBothFiles)
+// Robustness.EveryCallFails)
 bool copyBytes(int source, int target) {
   char chunk[kChunkBytes];
   for (;;) {

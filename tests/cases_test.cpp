@@ -58,7 +58,6 @@ TEST(Strings, Rows) {
   call(my_wcscscmp, u"a", "ab").gives(-1);
   call(my_wcscscmp, u"ab", "a").gives(1);
   call(my_wcscscmp, u"\u0161", "a").gives(1);
-  call(my_wcscscmp, u"\xE9", "\xE9").gives(1);
   call(my_wcscscmp, u"\uFFE9", "\xE9").gives(1);
   call(my_wcscscmp, u"\x01", "\xFF").gives(1);
   call(my_wcscscmp, u"", "\xE9").gives(-1);
@@ -81,7 +80,7 @@ TEST(Strings, Rows) {
   call(my_wcsncat, u"x", raw(u""), 0).gives(0);
   call(my_wcsnset, raw(u""), 'z', 0).gives(0);
 
-  call(my_strlen, "").gives(0);
+  call(my_strlen, "ab").gives(2);
   call(my_wcslen, times(5000, u"x")).gives(5000);
   call(my_wcschr, u"a", 0).gives(kNull);
   call(my_wcsrchr, u"", 'a').gives(kNull);
@@ -127,10 +126,7 @@ TEST(Strings, Rows) {
   call(CopySZToWSZ, u"#####", "a\x7F\x80\xFF").gives(0, u"a\x7F\uFF80\uFFFF\0");
   call(CopySZToWSZ, times(80, u"#"), times(40, "\x80\x7F")).gives(0, times(40, u"\uFF80\x7F"));
   call(CatSZToWSZ, u"x\0##", "\xE9").gives(0, u"x\uFFE9\0#");
-  call(CopyWSZToSZ, "#####", u"\u20ACa\u0100b")
-      .gives(0,
-             "\xAC"
-             "a\0b\0");
+  call(CopyWSZToSZ, "#####", u"\u20ACx\u0100y").gives(0, "\xACx\0y\0");
   call(CatWSZToSZ, "x\0##", u"\u20AC").gives(0, "x\xAC\0#");
   call(CopyWSZToSZ, times(80, "#"), times(40, u"\u20AC\u01FF")).gives(0, times(40, "\xAC\xFF"));
 
@@ -153,13 +149,10 @@ TEST(Strings, Rows) {
 
   // Zeros follow up to the old terminator.
   call(TrimLeft, "  ").gives(0, "\0\0");
-  call(TrimLeft,
-       " \x09\x0A\x0D\x0B\x0C"
-       "a b ")
-      .gives(0, "a b \0\0\0\0\0\0");
+  call(TrimLeft, " \t\n\r\v\fa b ").gives(0, "a b \0\0\0\0\0\0");
   call(TrimRight, "").gives(0);
   call(TrimRight, "  ").gives(0, "\0\0");
-  call(TrimRight, " a b \x09\x0A\x0D\x0B\x0C").gives(0, " a b\0\0\0\0\0\0");
+  call(TrimRight, " a b \t\n\r\v\f").gives(0, " a b\0\0\0\0\0\0");
   call(TrimRight, "\xA0\x1F ").gives(0, "\xA0\x1F\0");
 }
 
@@ -190,7 +183,6 @@ TEST(Codecs, Rows) {
   call(swapHalves, raw("\x12"), -1).gives(0);
 
   call(encode, "", 1).gives(false);
-  call(encode, "a\0###", 1).gives(true, "YQ$$");
   call(encode, "\xFB\xFF\xBF\xFE\0####", 1).gives(true, "_!_!!g$$");
   call(encode, times(1023, "M") + times(341, "\0"), 1).gives(true, times(341, "TU1N"));
   call(encode, times(1024, "M"), 1).gives(false);
@@ -219,7 +211,6 @@ TEST(Codecs, Rows) {
       .gives(true, times(62, " ") + "*" + times(62, " ") + "*");
 
   // The key is 8W371KJ05926143DCF57.
-  call(secureText, "a\0###", 1).gives(true, "WQ$$");
   call(secureText, "8W371KJ05926143DCF57\0########", 1).gives(true, "OFczNzFLSjA1OTI2MTQzRENGNTc$");
   call(secureText, "\xFB\xFF\xBF\xFE\0####", 1).gives(true, "w6iMyQ$$");
   call(secureText, "", 1).gives(false);

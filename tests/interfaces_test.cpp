@@ -9,11 +9,8 @@ namespace {
 
 // A message or an attribute may say to have another length than it has.
 S message(unsigned short type, const S& body, long length = -1) {
-  nlmsghdr header = {};
-  header.nlmsg_len =
-      static_cast<std::uint32_t>(length < 0 ? 16 + static_cast<long>(body.size()) : length);
-  header.nlmsg_type = type;
-  return bytesOf(header) + body;
+  const long said = length < 0 ? 16 + static_cast<long>(body.size()) : length;
+  return bytesOf(nlmsghdr{static_cast<std::uint32_t>(said), type, 0, 0, 0}) + body;
 }
 
 S attribute(unsigned short type, const S& payload, long length = -1) {
@@ -24,9 +21,7 @@ S attribute(unsigned short type, const S& payload, long length = -1) {
 }
 
 S flags(unsigned int bits) {
-  ifinfomsg info = {};
-  info.ifi_flags = bits;
-  return bytesOf(info);
+  return bytesOf(ifinfomsg{0, 0, 0, 0, bits, 0});
 }
 
 S linkOf(const S& name, const S& address = "") {

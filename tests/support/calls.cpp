@@ -13,13 +13,12 @@ std::string lastSent;
 std::size_t lastReceiveBytes = 0;
 const timeval* testClock = nullptr;
 std::string testLink;
+int allocationsUntilFailure = -1;
 
 namespace {
 
 Calls* watched = nullptr;
 Fault fault;
-int allocationsUntilFailure = -1;
-
 Fault::Kind fateOf(const std::string& name) {
   if (!watched) return Fault::kNone;
   const std::size_t place = watched->names.size();
@@ -66,12 +65,6 @@ Calls watch(const std::function<void()>& body, const Fault& wanted) {
   body();
   watched = nullptr;
   return calls;
-}
-
-bool runShortOfMemory(int allocation, const std::function<void()>& body) {
-  allocationsUntilFailure = allocation;
-  body();
-  return std::exchange(allocationsUntilFailure, -1) < 0;
 }
 
 extern "C" {

@@ -31,9 +31,6 @@ struct Calls {
 
 Calls watch(const std::function<void()>& body, const Fault& fault = {});
 
-/// The allocation of that number fails while @p body runs; false if there are not so many.
-bool runShortOfMemory(int allocation, const std::function<void()>& body);
-
 /// What recvmsg() gives next instead of asking the kernel; kReceiveFails stands for a failure.
 extern std::deque<std::string> datagrams;
 inline const std::string kReceiveFails = "receive fails";
@@ -42,5 +39,6 @@ extern std::string lastSent;          ///< by sendmsg()
 extern std::size_t lastReceiveBytes;  ///< the size of recvmsg()'s buffer
 extern const timeval* testClock;  ///< what gettimeofday() gives, if not null; a tv_usec of -1 fails
 extern std::string testLink;      ///< what readlink() gives, if not empty
+extern int allocationsUntilFailure;  ///< how many succeed before one fails; negative: none fails
 
 #endif  // ZRCOMMON_TESTS_SUPPORT_CALLS_H

@@ -1,7 +1,9 @@
 #ifndef ZRCOMMON_TESTS_SUPPORT_GUARDED_H
 #define ZRCOMMON_TESTS_SUPPORT_GUARDED_H
 
-#include <cstring>
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+
 #include <string>
 #include <type_traits>
 
@@ -10,9 +12,25 @@ class Guarded {
  public:
   /// @param after  readable bytes before the second unreadable page; a page or more puts the bytes
   ///               directly after the first one
-  explicit Guarded(const std::string& bytes, std::size_t after = 0);
+  explicit Guarded(const std::string& bytes, std::size_t after = 0) : size_(bytes.size()) {
+    if (after >= kPage) after = (kPage - size_ % kPage) % kPage;
+    readableBytes_ = (size_ + after + kPage - 1) / kPage * kPage;
+    void* const mapping =
+        ::mmap(nullptr, readableBytes_ + 2 * kPage, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    readable_ = static_cast<char*>(mapping) + kPage;
+    EXPECT_EQ(0, ::mprotect(readable_, readableBytes_, PROT_READ | PROT_WRITE));
+    data_ = readable_ + readableBytes_ - after - size_;
+    std::fill_n(readable_, readableBytes_, '#');
+    bytes.copy(data_, size_);
+  }
   explicit Guarded(std::size_t size) : Guarded(std::string(size, '#')) {}
-  ~Guarded();
+  ~Guarded() {
+    std::fill_n(data_, size_, '#');
+    const std::string all(readable_, readableBytes_);
+    EXPECT_EQ(all.npos, all.find_first_not_of('#'))
+        << "a byte beside the " << size_ << " was written";
+    ::munmap(readable_ - kPage, readableBytes_ + 2 * kPage);
+  }
   Guarded(const Guarded&) = delete;
   Guarded& operator=(const Guarded&) = delete;
 
@@ -24,6 +42,8 @@ class Guarded {
   std::string bytes() const { return std::string(data_, size_); }
 
  private:
+  static constexpr std::size_t kPage = 4096;
+
   std::size_t size_;
   std::size_t readableBytes_;
   char* readable_;

@@ -1,19 +1,12 @@
 #ifndef ZRCOMMON_TESTS_SUPPORT_GUARDED_CALL_H
 #define ZRCOMMON_TESTS_SUPPORT_GUARDED_CALL_H
 
-#include <gtest/gtest.h>
-#include <unistd.h>
-
 #include <csignal>
 #include <functional>
 #include <iostream>
 #include <list>
-#include <string>
-#include <tuple>
-#include <type_traits>
-#include <vector>
 
-#include "support/guarded.h"
+#include "support/test.h"
 
 /// A number, or a text with its terminator.
 struct Argument {
@@ -26,7 +19,7 @@ struct Argument {
   Argument(const Char (&text)[Size]) : Argument(std::basic_string<Char>(text, Size - 1)) {}
 
   long number = 0;
-  std::string bytes;
+  S bytes;
   std::size_t unitBytes = 1;
 };
 
@@ -80,8 +73,7 @@ class GuardedCall {
   // Comparisons call the first argument greater.
   static constexpr long kRefusal = std::is_pointer_v<Result> ? kNull : std::is_same_v<Result, int>;
 
-  void run(std::size_t distance, std::size_t refused, long expected,
-           const std::string& output) const {
+  void run(std::size_t distance, std::size_t refused, long expected, const S& output) const {
     std::list<Guarded> texts;
     std::size_t at = 0;
     // Gives the next argument, whose type is that of the parameter.
@@ -104,7 +96,7 @@ class GuardedCall {
     at = 0;
     for (const Guarded& text : texts) {
       const bool changes = kIsOutput[at] && !output.empty();
-      const std::string& wanted = changes ? output : arguments_[at].bytes;
+      const S& wanted = changes ? output : arguments_[at].bytes;
       EXPECT_EQ(wanted, text.bytes().substr(0, wanted.size()));
       ++at;
     }
