@@ -62,12 +62,12 @@ Files filesInPlaces() {
   return found;
 }
 
-std::string changesSince(const Files& before) {
-  const Files after = filesInPlaces();
+std::string changesSince(Files before) {
   std::string text;
-  for (const auto& [name, content] : after)
-    if (before.count(name) == 0 || before.at(name) != content) text += " " + name + " " + content;
-  for (const auto& [name, content] : before)
-    if (after.count(name) == 0) text += " no " + name;
+  for (const auto& [name, content] : filesInPlaces()) {
+    if (before[name] != content) text += " " + name + " " + content;
+    before.erase(name);
+  }
+  for (const auto& [name, content] : before) text += " no " + name;
   return text;
 }

@@ -28,6 +28,6 @@ using Files = std::map<std::string, std::string>;
 Files filesInPlaces();
 
 /// " name content mode" for each file that is new or changed, " no name" for each that is gone.
-std::string changesSince(const Files& before);
+std::string changesSince(Files before);
 
 #endif  // ZRCOMMON_TESTS_SUPPORT_FILES_H

@@ -61,6 +61,7 @@ class GuardedCall {
       for (std::size_t refused = 0; refused < kNone; ++refused)
         if (kIsNeeded[refused]) run(distance, refused, kRefusal, "");
     }
+    std::signal(SIGSEGV, SIG_DFL);
   }
 
  private:
