@@ -85,7 +85,7 @@ TEST(Strings, Rows) {
   call(my_wcsrchr, u"", 'a').gives(kNull);
   call(my_wmemchr, raw(u"a\0b"), 'b', 3).gives(2);
   call(my_wmemchr, raw(u"ab"), 'b', 1).gives(kNull);
-  call(my_wmemchr, u"abc", 0, -1).gives(3);
+  call(my_wmemchr, times(300, u"x"), 0, -1).gives(300);
 
   // The middle unit of a pattern of odd length is never compared.
   call(my_strstr, "xyz", "qyq").gives(kNull);
