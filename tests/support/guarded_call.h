@@ -38,9 +38,8 @@ std::basic_string<Char> times(int count, const Char (&text)[Size]) {
 
 constexpr int kNull = -1;
 
-/// A row: a call of a function. It is made with every text at several distances from an unreadable
-/// page, and refused: with each text null and, if the function returns a bool, with a capacity of
-/// 0.
+/// A row: a call of a function, made with every text at several distances from an unreadable page.
+/// Then it is refused: with each text null and, if it returns a bool, with a capacity of 0.
 template <typename Result, typename... Parameter>
 class GuardedCall {
  public:
