@@ -104,9 +104,11 @@ template <typename Unit, typename Rule>
   std::size_t at = kUnits - before;
   if (limit <= at) return firstOf(inFirstBlock, limit);
   if (inFirstBlock) return firstOf(inFirstBlock);
-  for (; limit == kNoLimit || at + kUnits < limit; at += kUnits)
-    if (const unsigned int stops = stopsIn(rule, text + at)) return at + firstOf(stops);
-  return at + firstOf(stopsIn(rule, text + at), limit - at);
+  for (std::size_t left = limit - at;; at += kUnits, left -= kUnits) {
+    const unsigned int stops = stopsIn(rule, text + at);
+    if (limit != kNoLimit && left <= kUnits) return at + firstOf(stops, left);
+    if (stops) return at + firstOf(stops);
+  }
 }
 
 /// The same for two strings.
