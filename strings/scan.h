@@ -118,10 +118,11 @@ template <typename Unit, typename Rule>
   std::size_t at = 0;
   while (at < limit) {
     const std::size_t page = at + std::min(leftInPage(a + at), leftInPage(b + at)) / sizeof(Unit);
-    for (const std::size_t end = std::min(page, limit - 1); at + kUnits <= end; at += kUnits)
-      if (const unsigned int stops = stopsIn(rule, a + at, b + at)) return at + firstOf(stops);
-    if (limit != kNoLimit && at + kUnits <= page)
-      return at + firstOf(stopsIn(rule, a + at, b + at), limit - at);
+    for (std::size_t left = limit - at; at + kUnits <= page; at += kUnits, left -= kUnits) {
+      const unsigned int stops = stopsIn(rule, a + at, b + at);
+      if (limit != kNoLimit && left <= kUnits) return at + firstOf(stops, left);
+      if (stops) return at + firstOf(stops);
+    }
     const std::size_t end = std::min(page + 1, limit);
     at = firstStopByUnits(at, end, rule, a, b);
     if (at < end) return at;
