@@ -10,10 +10,7 @@ using namespace zrcommon;
 
 int my_wmemcmp(const unsigned short* a, const unsigned short* b, int count) {
   if (!a || !b) return 1;
-  const auto differs = [](scan::Window x, scan::Window y) {
-    return scan::isZero<WideUnit>(scan::equal<WideUnit>(x, y));
-  };
-  const std::size_t at = scan::firstStop(a, b, asCount(count), differs);
+  const std::size_t at = scan::firstStop(a, b, asCount(count), scan::equal<WideUnit>);
   if (at == asCount(count)) return 0;
   return a[at] > b[at] ? 1 : -1;
 }

@@ -17,9 +17,7 @@ using scan::Window;
 template <typename Unit>
 struct AsIs {
   static unsigned int key(Unit unit) { return unit; }
-  Window operator()(Window x, Window y) const {
-    return scan::isZero<Unit>(_mm_and_si128(x, scan::equal<Unit>(x, y)));
-  }
+  Window operator()(Window x, Window y) const { return _mm_and_si128(x, scan::equal<Unit>(x, y)); }
 };
 
 // Kept: my_stricmp(), my_strnicmp(), my_wcsicmp() and my_wcsnicmp() compare (unit AND 0xDF), for
@@ -32,7 +30,7 @@ struct Folded {
   Window operator()(Window x, Window y) const {
     const Window mask = scan::repeat(kMask);
     const Window same = scan::equal<Unit>(_mm_and_si128(x, mask), _mm_and_si128(y, mask));
-    return scan::isZero<Unit>(_mm_andnot_si128(scan::isZero<Unit>(y), _mm_and_si128(same, x)));
+    return _mm_andnot_si128(scan::isZero<Unit>(y), _mm_and_si128(same, x));
   }
 };
 

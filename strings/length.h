@@ -15,13 +15,13 @@ inline std::size_t lengthOf(const char* text) {
   return std::strlen(text);
 }
 
-inline std::size_t lengthOf(const WideUnit* text) {
-  return scan::firstStop(text, scan::kNoLimit, scan::isZero<WideUnit>);
-}
-
 /// The same, at most @p limit, of which no more units are used.
 inline std::size_t lengthWithin(const WideUnit* text, std::size_t limit) {
-  return scan::firstStop(text, limit, scan::isZero<WideUnit>);
+  return scan::firstStop(text, limit, [](scan::Window units) { return units; });
+}
+
+inline std::size_t lengthOf(const WideUnit* text) {
+  return lengthWithin(text, scan::kNoLimit);
 }
 
 /// Counts are unsigned 32-bit numbers, even where a signature says int: -1 is the largest one.

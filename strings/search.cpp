@@ -16,8 +16,7 @@ using scan::Window;
 
 inline std::size_t find(const WideUnit* text, WideUnit wanted, std::size_t count) {
   const Window same = scan::repeat(wanted);
-  return scan::firstStopInBlock(text, count,
-                                [=](Window units) { return scan::equal<WideUnit>(units, same); });
+  return scan::firstStop(text, count, [=](Window units) { return _mm_xor_si128(units, same); });
 }
 
 std::size_t find(const char* text, char wanted, std::size_t count) {
@@ -96,7 +95,7 @@ unsigned short* my_wcschr(const unsigned short* text, unsigned short wanted) {
   if (!text) return nullptr;
   const Window same = scan::repeat(wanted);
   const std::size_t at = scan::firstStop(text, scan::kNoLimit, [=](Window units) {
-    return _mm_or_si128(scan::equal<WideUnit>(units, same), scan::isZero<WideUnit>(units));
+    return _mm_andnot_si128(scan::equal<WideUnit>(units, same), units);
   });
   // Kept: my_wcschr() and my_wcsrchr() never find the terminator (test Strings.Rows)
   return text[at] ? const_cast<unsigned short*>(text + at) : nullptr;

@@ -23,9 +23,9 @@
 /// - Source and destination must not overlap unless the description allows it.
 ///
 /// Letters are those of ASCII unless a locale is named. The operations keep no state and are
-/// thread-safe. They may read bytes after the end of a string, but never in a page that holds no
-/// part of it. Valgrind accepts this where an operation reads one string; for the comparisons of
-/// two, share/zrcommon/zrcommon.supp holds a suppression.
+/// thread-safe. They may read bytes before the start and after the end of a string, but never in a
+/// page that holds no part of it. Valgrind reports such reads unless it is told to use the
+/// suppression in share/zrcommon/zrcommon.supp.
 
 extern "C" {
 
