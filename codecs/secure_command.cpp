@@ -31,7 +31,7 @@ std::size_t placeOf(char mark, std::string_view text) {
   const __m128i marks = _mm_set1_epi8(mark);
   for (std::size_t at = 0; at < text.size(); at += kWindowBytes) {
     const __m128i window = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
-    const int found = _mm_movemask_epi8(_mm_cmpeq_epi8(window, marks));
+    const auto found = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(window, marks)));
     if (found) return std::min(at + static_cast<unsigned>(__builtin_ctz(found)), text.size());
   }
   return text.size();
