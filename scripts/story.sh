@@ -1,11 +1,11 @@
 #!/bin/sh
-# story BUILD_DIRECTORY: what scripts/demo shows: the work of an update component on one day. Runs only
+# story.sh BUILD_DIRECTORY: what scripts/demo shows: the work of an update component on one day. Runs only
 # in the sandbox, because it writes to the installation directory.
 set -u
 case ${1:---help} in
   --help | -h) sed -n '2,/^set/s/^# //p' "$0"; exit ;;
 esac
-[ $# -eq 1 ] && [ -n "${ZRCOMMON_SANDBOX:-}" ] || { echo "story: see $0 --help" >&2; exit 2; }
+[ $# -eq 1 ] && [ -n "${ZRCOMMON_SANDBOX:-}" ] || { echo "story.sh: see $0 --help" >&2; exit 2; }
 build=$(cd "$1" && pwd)
 home=/usr/lib/Valdrix/Valdrix
 site=/scratch/site
