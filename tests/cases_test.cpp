@@ -93,6 +93,7 @@ TEST(Strings, Rows) {
   call(my_strstr, "xyz", "qyq").gives(kNull);
   call(my_strstr, "", "q").gives(kNull);
   call(my_strstr, "xyz", "").gives(0);
+  call(my_strstr, "aaaaaaaaaaaaaa", "aaaaabaaa").gives(kNull);
   call(my_wcsstr, u"xyz", u"q").gives(0);
   call(my_wcsstr, u"a\u0162", u"ab").gives(kNull);
   call(my_wcsstr, u"", u"q").gives(kNull);
