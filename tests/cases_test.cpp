@@ -151,6 +151,7 @@ TEST(Strings, Rows) {
 
   // Zeros follow up to the old terminator.
   call(TrimLeft, "  ").gives(0, "\0\0");
+  call(TrimLeft, " a").gives(0, "a\0");
   call(TrimLeft, " \t\n\r\v\fa b ").gives(0, "a b \0\0\0\0\0\0");
   call(TrimRight, "").gives(0);
   call(TrimRight, "  ").gives(0, "\0\0");
@@ -290,6 +291,9 @@ TEST(Codecs, EverySymbolAndNoKey) {
     thrown = code;
   }
   EXPECT_EQ(1, thrown);
+  char command[] = "p?a=1";
+  EXPECT_FALSE(CPHPOperations("").ConvertToSecurePhpCommand(command, 1));
+  EXPECT_STREQ("p?", command);
   CBase64Url base64;
   const S symbols = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_!$";
   for (unsigned int byte = 1; byte < 256; ++byte) {
