@@ -56,6 +56,7 @@ TEST(Strings, Rows) {
   call(my_wmemcmp, raw(u"a\0b"), raw(u"a\0c"), 3).gives(-1);
 
   call(my_wcscscmp, u"ab", "ab").gives(0);
+  call(my_wcscscmp, u"a", "b").gives(-1);
   call(my_wcscscmp, u"a", "ab").gives(-1);
   call(my_wcscscmp, u"ab", "a").gives(1);
   call(my_wcscscmp, u"\u0161", "a").gives(1);
@@ -93,7 +94,10 @@ TEST(Strings, Rows) {
   call(my_strstr, "xyz", "qyq").gives(kNull);
   call(my_strstr, "", "q").gives(kNull);
   call(my_strstr, "xyz", "").gives(0);
+  // Many partial matches: the search whose time is proportional to the text goes on.
   call(my_strstr, "aaaaaaaaaaaaaa", "aaaaabaaa").gives(kNull);
+  call(my_strstr, "aaaaaaabbaaaaaaaaaaaa", "aaaaaaaaaaaaa").gives(kNull);
+  call(my_strstr, "aaaaaaaaaaaaaaabbaaaa", "aaaaabaaa").gives(11);
   call(my_strstr, "aaaaaaaaaaaaaaaabaaa", "aaaaabaaa").gives(11);
   call(my_wcsstr, u"xyz", u"q").gives(0);
   call(my_wcsstr, u"a\u0162", u"ab").gives(kNull);
