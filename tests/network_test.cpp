@@ -149,6 +149,7 @@ TEST(Transport, Answers) {
            {"header 20\nread 10 H\nread 15 y", 100, "1 5 " + S(15, 'y')},
            {"header -5\nread 10 H\nread 3 b", 100, "1 18 bbb"},
            {"header 20\nread 10 H\nread 15 y", 15, "0 0 "},
+           {"header 20\nread 10 H\nread 15 y\nread 3 z", 18, "0 0 " + S(15, 'y')},
            // what does not fit with its terminator
            {kHello, 6, "1 5 hello"},
            {kHello, 5, "0 0 "},

@@ -279,4 +279,7 @@ TEST(Features, Files) {
   const auto get = [&] { EXPECT_EQ(0, GetZRFeaturesSetting(&feature, &error)); };
   watch(get, {Fault::kFails, 1, ENOSPC, "close"});
   EXPECT_EQ(unsigned{EIO}, error) << "errno as the close leaves it";
+  ASSERT_EQ(0, std::remove(path.c_str()));
+  get();
+  EXPECT_EQ(2U, error);
 }
