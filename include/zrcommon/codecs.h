@@ -233,8 +233,8 @@ class ZRCOMMON_API CPHPOperations {
   /// The query, of at most 5,119 bytes, is the text after the last '?', or the whole command if
   /// there is none. Its pairs are separated by one or more '&'; one remains in the result. A name
   /// ends at the first '=' after any leading ones; the rest is the value. A pair without a value
-  /// keeps its '=' or gets one. Names may have up to 765 bytes, values up to 1,023, secure strings up
-  /// to 1,023. The secure form of a value of more than 765 bytes cannot be converted back.
+  /// keeps its '=' or gets one. Names may have up to 765 bytes, values up to 1,023, secure strings
+  /// up to 1,023. The secure form of a value of more than 765 bytes cannot be converted back.
   ///
   /// @param command    changed in place; room for the page part and the converted query
   /// @param capacity   must not be 0
