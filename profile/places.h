@@ -26,10 +26,7 @@ class Places {
 
   /// The next place; the end of the text if there is none.
   const char* next() {
-    if (!places_ && left() > kWindowBytes) {
-      setWindow(window_ + kWindowBytes);
-      if (!places_) findWindow();
-    }
+    if (!places_ && left() > kWindowBytes) findWindow();
     return places_ ? window_ + __builtin_ctzll(places_) : end_;
   }
 
@@ -72,9 +69,10 @@ class Places {
     if (left() < kWindowBytes) places_ &= (std::uint64_t{1} << left()) - 1;
   }
 
-  // Where places are rare, the C library finds the next one in half the time.
+  // Moves on to the next window that holds a place.
   void findWindow() {
-    const void* const place = std::memchr(window_, byte_, left());
+    const char* const rest = window_ + kWindowBytes;
+    const void* const place = std::memchr(rest, byte_, static_cast<std::size_t>(end_ - rest));
     if (place) return setWindow(windowOf(static_cast<const char*>(place)));
     window_ = end_;
   }
