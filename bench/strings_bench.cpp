@@ -25,26 +25,27 @@ char16_t* peer(Wide* text) {
 }
 
 // What the contestants of one size work on. The texts begin 2 bytes after an aligned place, as
-// strings inside records do.
+// strings inside records do, and those of up to 256 units lie in one page.
 struct Texts {
-  explicit Texts(std::size_t length)
-      : units(length),
-        narrow("#" + std::string(length, 'a')),
-        narrowUpper("#" + std::string(length, 'A')),
-        a(length + 2, 'a'),
-        b(length + 2, 'a'),
-        upper(length + 2, 'A'),
-        platform(length + 1, L'a'),
-        out(kMost + 16) {
-    a[length + 1] = b[length + 1] = upper[length + 1] = 0;
-    platform[length] = 0;
+  explicit Texts(std::size_t length) : units(length) {
+    std::fill_n(a, length + 1, Wide{'a'});
+    std::fill_n(b, length + 1, Wide{'a'});
+    std::fill_n(upper, length + 1, Wide{'A'});
+    std::fill_n(narrow, length + 1, 'a');
+    std::fill_n(narrowUpper, length + 1, 'A');
+    std::fill_n(platform, length, L'a');
   }
 
+  static constexpr std::size_t kPlaceBytes = 1024;
+
   std::size_t units;
-  std::string narrow, narrowUpper;
-  std::vector<Wide> a, b, upper;
-  std::vector<wchar_t> platform;
-  std::vector<Wide> out;
+  alignas(kPlaceBytes) Wide a[kMost + 2] = {};
+  alignas(kPlaceBytes) Wide b[kMost + 2] = {};
+  alignas(kPlaceBytes) Wide upper[kMost + 2] = {};
+  alignas(kPlaceBytes) Wide out[kMost + 2] = {};
+  alignas(kPlaceBytes) char narrow[kMost + 2] = {};
+  alignas(kPlaceBytes) char narrowUpper[kMost + 2] = {};
+  alignas(kPlaceBytes) wchar_t platform[kMost + 2] = {};
 };
 
 using Traits = std::char_traits<char16_t>;
@@ -55,14 +56,14 @@ auto keeping(Body body) {
 }
 
 void enterWideReading(const Texts& t, const std::string& size) {
-  const Wide* const a = t.a.data() + 1;
-  const Wide* const b = t.b.data() + 1;
-  const Wide* const upper = t.upper.data() + 1;
+  const Wide* const a = t.a + 1;
+  const Wide* const b = t.b + 1;
+  const Wide* const upper = t.upper + 1;
   const std::size_t n = t.units;
   enter("wide length", size, "ours", keeping([=] { return my_wcslen(a); }));
   enter("wide length", size, "ICU", keeping([=] { return u_strlen(peer(a)); }));
   enter("wide length", size, "char_traits", keeping([=] { return Traits::length(peer(a)); }));
-  const wchar_t* const platform = t.platform.data();
+  const wchar_t* const platform = t.platform;
   enter("wide length", size, "glibc wcslen", keeping([=] { return std::wcslen(platform); }));
   enter("wide compare", size, "ours", keeping([=] { return my_wcscmp(a, b); }));
   enter("wide compare", size, "ICU", keeping([=] { return u_strcmp(peer(a), peer(b)); }));
@@ -75,19 +76,19 @@ void enterWideReading(const Texts& t, const std::string& size) {
 }
 
 void enterWideWriting(Texts& t, const std::string& size) {
-  const Wide* const a = t.a.data() + 1;
-  Wide* const out = t.out.data() + 1;
+  const Wide* const a = t.a + 1;
+  Wide* const out = t.out + 1;
   enter("wide copy", size, "ours", keeping([=] { return my_wcscpy(out, a); }));
   enter("wide copy", size, "ICU", keeping([=] { return u_strcpy(peer(out), peer(a)); }));
   // To upper and to lower case, so that every letter changes every time.
-  Wide* const text = t.b.data() + 1;
+  Wide* const text = t.b + 1;
   enter("wide case", size, "ours", keeping([=] { return my_wcslwr(my_wcsupr(text)); }));
 }
 
 void enterConversions(Texts& t, const std::string& size) {
-  const char* const narrow = t.narrow.c_str() + 1;
-  const Wide* const a = t.a.data() + 1;
-  Wide* const wide = t.out.data() + 1;
+  const char* const narrow = t.narrow + 1;
+  const Wide* const a = t.a + 1;
+  Wide* const wide = t.out + 1;
   char* const bytes = reinterpret_cast<char*>(wide);
   enter("widen", size, "ours", keeping([=] { return CopySZToWSZ(wide, narrow); }));
   enter("widen", size, "ICU", [=] {
@@ -102,8 +103,8 @@ void enterConversions(Texts& t, const std::string& size) {
 }
 
 void enterNarrow(const Texts& t, const std::string& size) {
-  const char* const text = t.narrow.c_str() + 1;
-  const char* const upper = t.narrowUpper.c_str() + 1;
+  const char* const text = t.narrow + 1;
+  const char* const upper = t.narrowUpper + 1;
   enter("narrow length", size, "ours", keeping([=] { return my_strlen(text); }));
   enter("narrow length", size, "glibc", keeping([=] { return std::strlen(text); }));
   enter("narrow fold-compare", size, "ours", keeping([=] { return my_stricmp(text, upper); }));
