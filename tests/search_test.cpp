@@ -1,7 +1,7 @@
 #include <sys/mman.h>
 #include <zrcommon/system.h>
 
-#include "support/test.h"
+#include "support/guarded_call.h"
 
 namespace {
 
@@ -15,7 +15,24 @@ S repeat(const S& unit, std::size_t size) {
   return text.substr(0, size);
 }
 
+const unsigned char* search(const unsigned char* text, int size, const unsigned char* pattern,
+                            int patternSize) {
+  const int place = SearchFor(text, size, pattern, patternSize);
+  return place == -1 ? nullptr : text + place;
+}
+
 }  // namespace
+
+TEST(SearchFor, Rows) {
+  call(search, raw("abcabc"), 6, raw("abcabc"), 6).gives(0);
+  call(search, raw("abcabc"), 5, raw("abcabc"), 6).gives(-1);
+  call(search, raw("abc\0"), 4, raw("\0"), 1).gives(3);
+  call(search, raw("abc\0"), 3, raw("\0"), 1).gives(-1);
+  call(search, raw("a"), 0, raw("a"), 1).gives(-1);
+  call(search, raw("a"), 1, raw("a"), 0).gives(-1);
+  call(search, raw("a"), -1, raw("a"), -1).gives(-1);
+  call(search, raw("a"), -1, raw("a"), -2).gives(-1);
+}
 
 // In texts that look like the pattern all over, one way of searching gives up and the next goes on
 // from there: the match is put at every place, so also where that happens.

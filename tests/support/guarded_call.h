@@ -106,4 +106,9 @@ class GuardedCall {
   std::vector<Argument> arguments_;
 };
 
+template <typename Result, typename... Parameter, typename... Each>
+GuardedCall<Result, Parameter...> call(Result (*function)(Parameter...), const Each&... each) {
+  return {function, {each...}};
+}
+
 #endif  // ZRCOMMON_TESTS_SUPPORT_GUARDED_CALL_H
