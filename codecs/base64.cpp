@@ -37,7 +37,7 @@ class Decoder {
     // Kept: CBase64Url::Decode() writes nothing after the text's terminator, where the third byte
     // of a text of one symbol would be (test Codecs.Rows)
     const std::size_t count = std::min(static_cast<std::size_t>(end - bytes_), length_ + 1);
-    // The copy waits until its bytes are stored: after the zeros, 16 bytes take 18 ns and not 23.
+    // The zeros come first: 16 bytes take 18 ns so, and 23 the other way round.
     if (count < capacity_) std::memset(text_ + count, 0, capacity_ - count);
     std::memcpy(text_, bytes_, count);
     return true;
