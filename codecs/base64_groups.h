@@ -73,6 +73,7 @@ inline constexpr Shares kShares;
 /// at a time.
 constexpr std::size_t kBlockBytes = 6;
 constexpr std::size_t kBlockSymbols = 8;
+constexpr std::size_t kGroupBytes = 3;
 constexpr std::size_t kGroupSymbols = 4;
 
 /// The symbols of the first six bytes of a word.
@@ -93,30 +94,22 @@ inline void storeSymbols(char* to, std::uint64_t word) {
 /// zero above them.
 /// @return the end of what was stored
 inline char* storeLastSymbols(char* to, std::uint64_t word, std::size_t count) {
-  const std::uint64_t symbols = symbolsOf(word);
-  std::memcpy(to, &symbols, kBlockSymbols / 2);
-  to += kBlockSymbols / 2;
-  if (count > kBlockBytes / 2) {
-    const std::uint64_t second = symbols >> 32U;
-    std::memcpy(to, &second, kBlockSymbols / 2);
-    to += kBlockSymbols / 2;
+  std::uint64_t symbols = symbolsOf(word);
+  std::memcpy(to, &symbols, kGroupSymbols);
+  if (count > kGroupBytes) {
+    to += kGroupSymbols;
+    symbols >>= 32U;
+    std::memcpy(to, &symbols, kGroupSymbols);
+    count -= kGroupBytes;
   }
-  if (count % 3 != 0) to[-1] = kPadding;
-  if (count % 3 == 1) to[-2] = kPadding;
-  return to;
+  if (count < 3) to[3] = kPadding;
+  if (count < 2) to[2] = kPadding;
+  return to + kGroupSymbols;
 }
 
-/// The three bytes that the first four symbols of a text stand for, and after them the marks of
-/// Shares. Bytes that padding stands for are zero.
-inline std::uint32_t groupOf(std::string_view text) {
-  char rest[kGroupSymbols] = {'A', 'A', 'A', 'A'};
-  const char* symbols = text.data();
-  // Kept: CBase64Url::Decode() accepts a text of any length; symbols that its last four lack count
-  // as 'A', a value of 0 (test Codecs.Rows)
-  if (text.size() < kGroupSymbols) {
-    for (std::size_t i = 0; i < text.size(); ++i) rest[i] = symbols[i];
-    symbols = rest;
-  }
+/// The three bytes that four symbols stand for, and after them the marks of Shares. Bytes that
+/// padding stands for are zero.
+inline std::uint32_t groupOf(const char* symbols) {
   std::uint32_t group = kShares.of[0][byteOf(symbols[0])] | kShares.of[1][byteOf(symbols[1])] |
                         kShares.of[2][byteOf(symbols[2])] | kShares.of[3][byteOf(symbols[3])];
   if (group & Shares::kSpecial) {
@@ -124,6 +117,19 @@ inline std::uint32_t groupOf(std::string_view text) {
     if (group & Shares::kNoThirdByte) group &= ~0xFF0000U;
   }
   return group;
+}
+
+// Kept: CBase64Url::Decode() accepts a text of any length; symbols that its last four lack count
+// as 'A', a value of 0 (test Codecs.Rows)
+[[gnu::noinline]] inline std::uint32_t incompleteGroupOf(std::string_view symbols) {
+  char four[] = {'A', 'A', 'A', 'A'};
+  for (std::size_t i = 0; i < symbols.size(); ++i) four[i] = symbols[i];
+  return groupOf(four);
+}
+
+/// The group of the first four symbols of a text.
+inline std::uint32_t groupOf(std::string_view text) {
+  return text.size() < kGroupSymbols ? incompleteGroupOf(text) : groupOf(text.data());
 }
 
 }  // namespace zrcommon

@@ -22,43 +22,46 @@ inline __m128i mixed(__m128i bytes, __m128i key) {
 /// one piece.
 class KeyTrack {
  public:
-  static constexpr std::size_t kBlockBytes = 64;
+  static constexpr std::size_t kMostAhead = 64;
   static constexpr std::size_t kLeastPeriod = 16;
 
   static bool isEmpty(const CCrypt& crypt) { return crypt.keyLength_ == 0; }
 
   /// @param crypt  with a key that is not empty
-  explicit KeyTrack(const CCrypt& crypt) {
-    const auto length = static_cast<unsigned>(crypt.keyLength_);
+  /// @param ahead  how many bytes will be read from a place on, at most kMostAhead
+  KeyTrack(const CCrypt& crypt, std::size_t ahead) {
+    const auto length = static_cast<std::size_t>(crypt.keyLength_);
     static_assert(sizeof crypt.key_ == kKeyBytes, "the copies have a fixed size");
-    for (period_ = length; period_ < kLeastPeriod;) period_ += length;
+    for (period_ = crypt.keyLength_; period() < kLeastPeriod;) period_ += crypt.keyLength_;
     if (length <= kKeyBytes / 2)
-      repeat<kKeyBytes / 2>(crypt.key_, length, period_);
+      repeat<kKeyBytes / 2>(crypt.key_, length, period() + ahead);
     else
-      repeat<kKeyBytes>(crypt.key_, length, period_);
+      repeat<kKeyBytes>(crypt.key_, length, period() + ahead);
   }
 
   /// A multiple of the key's length, kLeastPeriod or more.
-  unsigned period() const { return period_; }
+  unsigned period() const { return static_cast<unsigned>(period_); }
 
-  /// The key bytes, kBlockBytes or more, for the text from this place on, which is below period().
+  /// The key bytes for the text from this place on, which is below period().
   const char* at(std::size_t place) const { return track_ + place; }
 
   /// The equal place below period() of one below twice period().
-  std::size_t reduced(std::size_t place) const { return place < period_ ? place : place - period_; }
+  std::size_t reduced(std::size_t place) const {
+    const auto less = static_cast<std::ptrdiff_t>(place) - period_;
+    return less < 0 ? place : static_cast<std::size_t>(less);
+  }
 
  private:
   static constexpr std::size_t kKeyBytes = 64;
 
   // Copies of a fixed size compile to a few moves; each overwrites the surplus of the previous one.
   template <std::size_t kCopyBytes>
-  void repeat(const char* key, std::size_t length, std::size_t period) {
-    for (std::size_t to = 0; to < period + kBlockBytes; to += length)
-      std::memcpy(track_ + to, key, kCopyBytes);
+  void repeat(const char* key, std::size_t length, std::size_t bytes) {
+    for (char* to = track_; to < track_ + bytes; to += length) std::memcpy(to, key, kCopyBytes);
   }
 
-  unsigned period_;
-  alignas(64) char track_[kKeyBytes + kBlockBytes + kKeyBytes];
+  alignas(16) char track_[kKeyBytes + kMostAhead + kKeyBytes];
+  std::ptrdiff_t period_;
 };
 
 }  // namespace zrcommon

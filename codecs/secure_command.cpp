@@ -1,12 +1,10 @@
-#include <emmintrin.h>
-
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
 #include <string_view>
 
 #include "codecs/key_track.h"
 #include "codecs/secure_text.h"
+#include "codecs/window.h"
 #include "zrcommon/codecs.h"
 
 using namespace zrcommon;
@@ -14,8 +12,9 @@ using namespace zrcommon;
 namespace {
 
 constexpr std::size_t kQueryBytes = 5120;
-constexpr std::size_t kWindowBytes = sizeof(__m128i);
-static_assert(kWindowBytes >= kReadAhead);
+// A copy begins with up to a window of other bytes, and a window of zeros follows it.
+constexpr std::size_t kCopyBytes = kQueryBytes + 2 * kWindowBytes;
+static_assert(kQueryBytes % kWindowBytes == 0 && kWindowBytes >= kReadAhead);
 constexpr unsigned char kToSecure = 1;
 constexpr unsigned char kToPlain = 0;
 
@@ -25,14 +24,49 @@ constexpr unsigned char kToPlain = 0;
 constexpr std::size_t kNameBytes = (kTextBytes - 1) / 4 * 3;
 constexpr std::size_t kValueBytes = kTextBytes - 1;
 
-// The place of the first mark in a text, or the size of the text. Reads whole windows. Names and
-// values are short: with memchr() instead, 20 pairs there and back take 0.76 us and not 0.68.
+// The query of a command: where it is, and a copy of it.
+struct Query {
+  char* place;
+  std::string_view copy;
+};
+
+// Reads a command once, and copies window after window, from the last '?' on. The copy of a query
+// that is too long is cut, but has the query's size. A window of zeros follows the copy.
+//
+// One pass, because whoever reads what was stored just before waits: with strlen(), memrchr() and
+// memcpy(), a pair of names there and back takes 1.5 times the time.
+Query copiedQuery(char* command, char (&copies)[kCopyBytes]) {
+  const std::size_t before = placeInWindow(command);
+  char* window = command - before;
+  char* to = copies;
+  Query query{command, {copies + before, 0}};
+  for (unsigned inCommand = ~0U << before;; inCommand = ~0U, window += kWindowBytes) {
+    const __m128i bytes = loadWindow(window);
+    const unsigned ends = placesOf('\0', bytes) & inCommand;
+    const unsigned marks = placesOf('?', bytes) & inCommand & (ends - 1) & ~ends;
+    if (marks) {
+      query.place = window + lastOf(marks) + 1;
+      query.copy = {copies + lastOf(marks) + 1, 0};
+      to = copies;
+    }
+    storeWindow(to, bytes);
+    if (to < copies + kCopyBytes - kWindowBytes) to += kWindowBytes;
+    if (ends) {
+      storeWindow(to, _mm_setzero_si128());
+      query.copy = {query.copy.data(),
+                    static_cast<std::size_t>(window + firstOf(ends) - query.place)};
+      return query;
+    }
+  }
+}
+
+// The place of the first mark in a text, or the size of the text. Reads as many bytes as a window
+// has. Names and values are short: with memchr() instead, 20 pairs there and back take 0.76 us and
+// not 0.68.
 std::size_t placeOf(char mark, std::string_view text) {
-  const __m128i marks = _mm_set1_epi8(mark);
   for (std::size_t at = 0; at < text.size(); at += kWindowBytes) {
-    const __m128i window = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
-    const auto found = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(window, marks)));
-    if (found) return std::min(at + static_cast<unsigned>(__builtin_ctz(found)), text.size());
+    const unsigned found = placesOf(mark, loadAnywhere(text.data() + at));
+    if (found) return std::min(at + firstOf(found), text.size());
   }
   return text.size();
 }
@@ -93,21 +127,16 @@ bool rebuild(Rebuilt& rebuilt, std::string_view query) {
 bool CPHPOperations::TransformPhpCommand(char* command, unsigned int capacity,
                                          unsigned char direction) {
   if (!command || capacity == 0) return false;
-  const std::size_t all = std::strlen(command);
-  char* const mark = static_cast<char*>(::memrchr(command, '?', all));
-  char* const query = mark ? mark + 1 : command;
-  const std::size_t length = all - static_cast<std::size_t>(query - command);
-  if (length >= kQueryBytes) return false;
+  alignas(kWindowBytes) char copies[kCopyBytes];
+  const Query query = copiedQuery(command, copies);
+  if (query.copy.size() >= kQueryBytes) return false;
   if (KeyTrack::isEmpty(crypt_)) {
-    *query = '\0';
+    *query.place = '\0';
     return false;
   }
-  char copy[kQueryBytes + kWindowBytes];
-  std::memcpy(copy, query, length);
-  std::memset(copy + length, 0, kWindowBytes);
-  const KeyTrack key(crypt_);
-  Rebuilt rebuilt(query, key, direction == kToSecure);
-  const bool isWhole = rebuild(rebuilt, {copy, length});
+  const KeyTrack key(crypt_, kReadAhead);
+  Rebuilt rebuilt(query.place, key, direction == kToSecure);
+  const bool isWhole = rebuild(rebuilt, query.copy);
   rebuilt.append('\0');
   return isWhole;
 }

@@ -26,7 +26,8 @@ bool CPHPOperations::ConvertToSecureString(char* text, unsigned int capacity) {
 bool CPHPOperations::ConvertToPlainString(const char* secure, char* to, unsigned int capacity) {
   if (!secure || !to || capacity == 0 || KeyTrack::isEmpty(crypt_)) return false;
   char plain[kTextBytes];
-  const char* const end = toPlain(KeyTrack(crypt_), {secure, ::strnlen(secure, kTextBytes)}, plain);
+  const char* const end =
+      toPlain(KeyTrack(crypt_, kReadAhead), {secure, ::strnlen(secure, kTextBytes)}, plain);
   if (!end) return false;
   const auto length = static_cast<std::size_t>(end - plain);
   // Kept: CPHPOperations::ConvertToPlainString() fills the capacity with zeros, and copies the
@@ -54,6 +55,6 @@ bool CPHPOperations::ConvertToSecureKeyValuePair(const char* name, const char* v
   if (length == 0 || length == kTextBytes) return false;
   char copy[kTextBytes + kReadAhead];
   std::memcpy(copy, value, length);
-  *toSecure(KeyTrack(crypt_), {copy, length}, end + 1) = '\0';
+  *toSecure(KeyTrack(crypt_, kReadAhead), {copy, length}, end + 1) = '\0';
   return true;
 }

@@ -72,8 +72,7 @@ char* toPlain(const KeyTrack& key, std::string_view secure, char* to) {
       if (!isBase64(secure)) return nullptr;
       break;
     }
-    std::memcpy(to, &bytes, kBlockBytes);
-    to += kBlockBytes;
+    to = storeFirst(to, bytes, kBlockBytes);
   }
   return to == begin ? nullptr : to;
 }
