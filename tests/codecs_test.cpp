@@ -91,7 +91,7 @@ TEST(Codecs, Rows) {
   call(plainText, "", "#", 1).gives(false);
   call(plainInPlace, "VjZeUg$$", 1).gives(true, "name");
 
-  call(securePair, "name", "value", "#################", 1).gives(true, "VjZeUg$$=TjZfQlQ$");
+  call(securePair, "name", "values", "#################", 1).gives(true, "VjZeUg$$=TjZfQlQ4");
   call(securePair, "name", "", "#########", 1).gives(false, "VjZeUg$$=");
   call(securePair, "name", times(1024, "v"), "#########", 1).gives(false, "VjZeUg$$=");
   call(securePair, "", "value", "#", 1).gives(false, "");
@@ -112,6 +112,7 @@ TEST(Codecs, Rows) {
   call(toSecure, "a=" + times(1024, "v"), 1).gives(false, "WQ$$=");
   call(toSecure, times(5116, "&") + "a=1\0#####"s, 1).gives(true, "WQ$$=CQ$$");
   call(toSecure, times(5117, "&") + "a=1\0#####"s, 1).gives(false);
+  call(toSecure, times(9999, "p") + "?a=1\0#####"s, 1).gives(true, times(9999, "p") + "?WQ$$=CQ$$");
 
   call(transform, "a=1\0#####", 1, 1).gives(true, "WQ$$=CQ$$");
   call(transform, "p?WQ$$=CQ$$", 1, 0).gives(true, "p?a=1");
@@ -131,9 +132,9 @@ TEST(Codecs, EverySymbolAndNoKey) {
     thrown = code;
   }
   EXPECT_EQ(1, thrown);
-  char command[] = "p?a=1";
-  EXPECT_FALSE(CPHPOperations("").ConvertToSecurePhpCommand(command, 1));
-  EXPECT_STREQ("p?", command);
+  alignas(16) char command[] = "?\0a=1";
+  EXPECT_FALSE(CPHPOperations("").ConvertToSecurePhpCommand(command + 2, 1));
+  EXPECT_EQ("?\0\0=1"s, S(command, 5));
   CBase64Url base64;
   const S symbols = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_!$";
   for (unsigned int byte = 1; byte < 256; ++byte) {

@@ -7,7 +7,7 @@
 #include <string>
 #include <type_traits>
 
-/// Bytes between two unreadable pages. The readable bytes around them are '#' and must stay so.
+/// Bytes between two unreadable pages. The readable bytes around them are '?' and must stay so.
 class Guarded {
  public:
   /// @param after  readable bytes before the second unreadable page; a page or more puts the bytes
@@ -20,14 +20,14 @@ class Guarded {
     readable_ = static_cast<char*>(mapping) + kPage;
     EXPECT_EQ(0, ::mprotect(readable_, readableBytes_, PROT_READ | PROT_WRITE));
     data_ = readable_ + readableBytes_ - after - size_;
-    std::fill_n(readable_, readableBytes_, '#');
+    std::fill_n(readable_, readableBytes_, '?');
     bytes.copy(data_, size_);
   }
   explicit Guarded(std::size_t size) : Guarded(std::string(size, '#')) {}
   ~Guarded() {
-    std::fill_n(data_, size_, '#');
+    std::fill_n(data_, size_, '?');
     const std::string all(readable_, readableBytes_);
-    EXPECT_EQ(all.npos, all.find_first_not_of('#'))
+    EXPECT_EQ(all.npos, all.find_first_not_of('?'))
         << "a byte beside the " << size_ << " was written";
     ::munmap(readable_ - kPage, readableBytes_ + 2 * kPage);
   }
