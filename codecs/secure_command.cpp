@@ -30,20 +30,21 @@ struct Query {
   std::string_view copy;
 };
 
-// Reads a command once, and copies window after window, from the last '?' on. The copy of a query
-// that is too long is cut, but has the query's size. A window of zeros follows the copy.
+// Reads a command once, and copies window after window, from the last '?' on. Zeros follow the
+// copy. The copy of a query that is too long is cut, but has the query's size.
 //
 // One pass, because whoever reads what was stored just before waits: with strlen(), memrchr() and
-// memcpy(), a pair of names there and back takes 1.5 times the time.
+// memcpy(), a pair of names there and back takes 1.4 times the time.
 Query copiedQuery(char* command, char (&copies)[kCopyBytes]) {
   const std::size_t before = placeInWindow(command);
   char* window = command - before;
   char* to = copies;
   Query query{command, {copies + before, 0}};
   for (unsigned inCommand = ~0U << before;; inCommand = ~0U, window += kWindowBytes) {
-    const __m128i bytes = loadWindow(window);
+    __m128i bytes = loadWindow(window);
     const unsigned ends = placesOf('\0', bytes) & inCommand;
-    const unsigned marks = placesOf('?', bytes) & inCommand & (ends - 1) & ~ends;
+    if (ends) bytes = firstBytes(bytes, firstOf(ends));
+    const unsigned marks = placesOf('?', bytes) & inCommand;
     if (marks) {
       query.place = window + lastOf(marks) + 1;
       query.copy = {copies + lastOf(marks) + 1, 0};

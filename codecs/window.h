@@ -17,7 +17,7 @@ inline std::size_t placeInWindow(const char* byte) {
   return reinterpret_cast<std::uintptr_t>(byte) % kWindowBytes;
 }
 
-// Reads before and after the text, as said above.
+/// The window may begin before a text and end after it.
 [[gnu::no_sanitize_address]] inline __m128i loadWindow(const char* window) {
   return _mm_load_si128(reinterpret_cast<const __m128i*>(window));
 }
@@ -29,6 +29,13 @@ inline void storeWindow(char* window, __m128i bytes) {
 /// The bytes of a window's size, at any address.
 inline __m128i loadAnywhere(const char* bytes) {
   return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+}
+
+/// The first @p count of the bytes, fewer than 16, and zeros.
+inline __m128i firstBytes(__m128i bytes, std::size_t count) {
+  alignas(kWindowBytes) static constexpr std::uint64_t kKept[] = {~0ULL, ~0ULL, 0, 0};
+  const char* const kept = reinterpret_cast<const char*>(kKept) + kWindowBytes - count;
+  return _mm_and_si128(bytes, loadAnywhere(kept));
 }
 
 /// The places of a character among the bytes: bit 0 for the first byte.
