@@ -207,7 +207,7 @@ void enterCommand(std::size_t pairs) {
   static CPHPOperations operations(kKey);
   std::string command = "n=v";
   for (std::size_t i = 1; i < pairs; ++i) command += "&name=value";
-  const std::string size = std::to_string(pairs) + " pairs";
+  const std::string size = std::to_string(pairs) + (pairs == 1 ? " pair" : " pairs");
   auto* const work = new std::vector<char>(16 * command.size());
   enter("secure command and back", size, "ours", [=] {
     std::memcpy(work->data(), command.c_str(), command.size() + 1);

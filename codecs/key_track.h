@@ -57,7 +57,11 @@ class KeyTrack {
   // Copies of a fixed size compile to a few moves; each overwrites the surplus of the previous one.
   template <std::size_t kCopyBytes>
   void repeat(const char* key, std::size_t length, std::size_t bytes) {
-    for (char* to = track_; to < track_ + bytes; to += length) std::memcpy(to, key, kCopyBytes);
+    char* to = track_;
+    do {
+      std::memcpy(to, key, kCopyBytes);
+      to += length;
+    } while (to < track_ + bytes);
   }
 
   alignas(16) char track_[kKeyBytes + kMostAhead + kKeyBytes];

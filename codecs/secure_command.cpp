@@ -27,35 +27,34 @@ constexpr std::size_t kValueBytes = kTextBytes - 1;
 // The query of a command: where it is, and a copy of it.
 struct Query {
   char* place;
-  std::string_view copy;
+  const char* copy;
+  std::size_t size;
 };
 
 // Reads a command once, and copies window after window, from the last '?' on. Zeros follow the
-// copy. The copy of a query that is too long is cut, but has the query's size.
+// copy. A query that is too long has its size and only a part of its copy.
 //
-// One pass, because whoever reads what was stored just before waits: with strlen(), memrchr() and
+// One pass: each read of what was stored just before has to wait. With strlen(), memrchr() and
 // memcpy(), a pair of names there and back takes 1.4 times the time.
 Query copiedQuery(char* command, char (&copies)[kCopyBytes]) {
   const std::size_t before = placeInWindow(command);
   char* window = command - before;
   char* to = copies;
-  Query query{command, {copies + before, 0}};
+  Query query{command, copies + before, 0};
   for (unsigned inCommand = ~0U << before;; inCommand = ~0U, window += kWindowBytes) {
     __m128i bytes = loadWindow(window);
     const unsigned ends = placesOf('\0', bytes) & inCommand;
     if (ends) bytes = firstBytes(bytes, firstOf(ends));
     const unsigned marks = placesOf('?', bytes) & inCommand;
     if (marks) {
-      query.place = window + lastOf(marks) + 1;
-      query.copy = {copies + lastOf(marks) + 1, 0};
+      query = {window + lastOf(marks) + 1, copies + lastOf(marks) + 1, 0};
       to = copies;
     }
     storeWindow(to, bytes);
     if (to < copies + kCopyBytes - kWindowBytes) to += kWindowBytes;
     if (ends) {
       storeWindow(to, _mm_setzero_si128());
-      query.copy = {query.copy.data(),
-                    static_cast<std::size_t>(window + firstOf(ends) - query.place)};
+      query.size = static_cast<std::size_t>(window + firstOf(ends) - query.place);
       return query;
     }
   }
@@ -130,14 +129,14 @@ bool CPHPOperations::TransformPhpCommand(char* command, unsigned int capacity,
   if (!command || capacity == 0) return false;
   alignas(kWindowBytes) char copies[kCopyBytes];
   const Query query = copiedQuery(command, copies);
-  if (query.copy.size() >= kQueryBytes) return false;
+  if (query.size >= kQueryBytes) return false;
   if (KeyTrack::isEmpty(crypt_)) {
     *query.place = '\0';
     return false;
   }
   const KeyTrack key(crypt_, kReadAhead);
   Rebuilt rebuilt(query.place, key, direction == kToSecure);
-  const bool isWhole = rebuild(rebuilt, query.copy);
+  const bool isWhole = rebuild(rebuilt, {query.copy, query.size});
   rebuilt.append('\0');
   return isWhole;
 }
