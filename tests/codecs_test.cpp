@@ -117,10 +117,11 @@ TEST(Codecs, Rows) {
   call(transform, "a=1\0#####", 1, 1).gives(true, "WQ$$=CQ$$");
   call(transform, "p?WQ$$=CQ$$", 1, 0).gives(true, "p?a=1");
   call(transform, "p?WQ$$=CQ$$", 1, 2).gives(true, "p?a=1");
-  call(toPlain, "p?VjZeUg$$=TjZfQlQ$&Uw$$", 1).gives(true, "p?name=value&k=");
+  call(toPlain, "p?VjZeUg$$VjZeUg$$=TjZfQlQ$&Uw$$", 1).gives(true, "p?name=value&k=");
   call(toPlain, "p?WQ$$=CQ$$&n-=x", 1).gives(false, "p?a=1&");
   call(toPlain, "p?WQ$$=no.secret", 1).gives(false, "p?a=");
   call(toPlain, "p?WQ$$=AAAA", 1).gives(false, "p?a=");
+  call(toPlain, "p?WQ$$=" + times(256, "WQ$$"), 1).gives(false, "p?a=");
 }
 
 TEST(Codecs, EverySymbolAndNoKey) {
