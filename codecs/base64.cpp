@@ -60,7 +60,7 @@ class Decoder {
     std::memcpy(to, &group, sizeof group);
     if (group & Shares::kNoSecondByte) restore(to + 1);
     if (group & Shares::kNoThirdByte) restore(to + 2);
-    return to + kBlockBytes / 2;
+    return to + kGroupBytes;
   }
 
   // Kept: CBase64Url::Decode() leaves a byte that padding stands for as it was, where it is beyond
