@@ -75,8 +75,7 @@ CCrypt::CCrypt(const char* key) : keyLength_(0), key_() {
   keyLength_ = static_cast<int>(std::strlen(key_));
 }
 
-// Looks for the end and mixes in one pass: 100 bytes take 14 ns. With strlen() first they take 17,
-// because strlen() waits for what was stored to the text just before.
+// Looks for the end and mixes in one pass: 100 bytes take 14 ns, and 17 with strlen() first.
 bool CCrypt::Encrypt(char* text) {
   if (!text || !*text || keyLength_ == 0) return false;
   const KeyTrack key(*this, kBlockBytes);
